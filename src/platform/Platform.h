@@ -1,0 +1,37 @@
+// One platform as the composition root gets it: a reference to each interface. What is referred to outlives
+// the application controller.
+#pragma once
+
+#include "platform/AlertPanel.h"
+#include "platform/Application.h"
+#include "platform/ApplicationBundles.h"
+#include "platform/Clock.h"
+#include "platform/DistributedNotifications.h"
+#include "platform/FileManager.h"
+#include "platform/Pasteboard.h"
+#include "platform/PropertyListCoder.h"
+#include "platform/RunLoop.h"
+#include "platform/SettingsStore.h"
+#include "platform/StatusItem.h"
+#include "platform/Text.h"
+#include "platform/Workspace.h"
+
+namespace harbor {
+
+struct Platform {
+  SettingsStore& settings;
+  PropertyListCoder& propertyLists;
+  Text& text;
+  RunLoop& runLoop;
+  Clock& clock;
+  Application& application;
+  StatusItem& statusItem;
+  AlertPanel& alertPanel;
+  Pasteboard& pasteboard;
+  Workspace& workspace;
+  DistributedNotifications& distributedNotifications;
+  ApplicationBundles& applicationBundles;
+  FileManager& fileManager;
+};
+
+}  // namespace harbor

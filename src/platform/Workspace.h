@@ -1,0 +1,43 @@
+// The running desktop session: which applications run and which is in front, opening things, sleep and wake.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/FileUrl.h"
+#include "base/Subscription.h"
+#include "platform/Application.h"
+
+namespace harbor {
+
+struct RunningApplication {
+  std::int32_t processIdentifier = 0;
+  std::optional<std::string> bundleIdentifier;
+  std::optional<FileUrl> bundleUrl;  // the application bundle, or what stands for one on the platform
+  std::string name;                  // for display
+  ActivationPolicy activationPolicy = ActivationPolicy::regular;
+};
+
+class Workspace {
+ public:
+  virtual ~Workspace() = default;
+
+  virtual std::vector<RunningApplication> runningApplications() const = 0;
+  virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+  // Opens a file, folder or application as the desktop would; false when nothing could be started.
+  virtual bool openFile(const FileUrl& url) = 0;
+  // Opens a web address or another application's URL; false when nothing could be started.
+  virtual bool openUrl(std::string_view url) = 0;
+
+  // The machine is about to sleep; the handler has run to its end before it does, where the platform allows a
+  // delay.
+  virtual Subscription onWillSleep(std::function<void()> handler) = 0;
+  virtual Subscription onDidWake(std::function<void()> handler) = 0;
+};
+
+}  // namespace harbor

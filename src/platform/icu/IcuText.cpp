@@ -1,0 +1,143 @@
+#include "platform/icu/IcuText.h"
+
+#include <unicode/ubrk.h>
+#include <unicode/ucasemap.h>
+#include <unicode/uchar.h>
+#include <unicode/utext.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace harbor {
+namespace {
+
+constexpr std::size_t kLongestChunk = 1 << 20;
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+struct CloseCaseMap {
+  void operator()(UCaseMap* map) const { ucasemap_close(map); }
+};
+struct CloseText {
+  void operator()(UText* text) const { utext_close(text); }
+};
+struct CloseBreaks {
+  void operator()(UBreakIterator* breaks) const { ubrk_close(breaks); }
+};
+
+// The code point that starts at `position`, which is moved behind it; negative for a byte that is not UTF-8.
+UChar32 nextCodePoint(std::string_view text, std::int32_t& position) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  UChar32 codePoint = 0;
+  U8_NEXT(bytes, position, static_cast<std::int32_t>(text.size()), codePoint);
+  return codePoint;
+}
+
+void appendLowercased(std::string_view text, std::string& result) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UCaseMap, CloseCaseMap> map(ucasemap_open("", 0, &status));
+  if (U_FAILURE(status)) {
+    result += text;
+    return;
+  }
+  // Runs of valid text are mapped; a byte that is not UTF-8 passes as it is.
+  const auto mapRun = [&](std::string_view run) {
+    if (run.empty()) return;
+    std::string mapped(run.size() * 3, '\0');
+    UErrorCode mapStatus = U_ZERO_ERROR;
+    const std::int32_t length =
+        ucasemap_utf8ToLower(map.get(), mapped.data(), static_cast<std::int32_t>(mapped.size()), run.data(),
+                             static_cast<std::int32_t>(run.size()), &mapStatus);
+    if (U_FAILURE(mapStatus)) {
+      result += run;
+    } else {
+      result.append(mapped, 0, static_cast<std::size_t>(length));
+    }
+  };
+  std::int32_t runStart = 0;
+  std::int32_t position = 0;
+  while (position < static_cast<std::int32_t>(text.size())) {
+    const std::int32_t start = position;
+    if (nextCodePoint(text, position) >= 0) continue;
+    mapRun(text.substr(static_cast<std::size_t>(runStart), static_cast<std::size_t>(start - runStart)));
+    result += text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(position - start));
+    runStart = position;
+  }
+  mapRun(text.substr(static_cast<std::size_t>(runStart)));
+}
+
+}  // namespace
+
+std::string IcuText::lowercased(std::string_view text) const {
+  std::string result;
+  if (isAscii(text)) {
+    result.assign(text);
+    for (char& character : result) {
+      if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+    }
+    return result;
+  }
+  for (std::size_t start = 0; start < text.size();) {
+    std::size_t end = std::min(text.size(), start + kLongestChunk);
+    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+      ++end;
+    appendLowercased(text.substr(start, end - start), result);
+    start = end;
+  }
+  return result;
+}
+
+std::vector<std::string_view> IcuText::graphemeClusters(std::string_view text) const {
+  std::vector<std::string_view> clusters;
+  if (isAscii(text) && text.find('\r') == std::string_view::npos) {
+    clusters.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i)
+      clusters.push_back(text.substr(i, 1));
+    return clusters;
+  }
+
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UText, CloseText> source(
+      utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status));
+  const std::unique_ptr<UBreakIterator, CloseBreaks> breaks(
+      ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &status));
+  if (U_SUCCESS(status)) ubrk_setUText(breaks.get(), source.get(), &status);
+  if (U_FAILURE(status)) {
+    clusters.push_back(text);
+    return clusters;
+  }
+  std::size_t start = 0;
+  ubrk_first(breaks.get());
+  for (std::int32_t end = ubrk_next(breaks.get()); end != UBRK_DONE; end = ubrk_next(breaks.get())) {
+    const auto position = static_cast<std::size_t>(end);
+    if (position <= start) continue;
+    clusters.push_back(text.substr(start, position - start));
+    start = position;
+  }
+  if (start < text.size()) clusters.push_back(text.substr(start));
+  return clusters;
+}
+
+std::string_view IcuText::trimmed(std::string_view text) const {
+  const auto isSpace = [](UChar32 c) { return c >= 0 && (u_isUWhiteSpace(c) || c == 0x200B); };
+  std::int32_t start = 0;
+  for (std::int32_t position = 0; position < static_cast<std::int32_t>(text.size());) {
+    if (!isSpace(nextCodePoint(text, position))) break;
+    start = position;
+  }
+  auto end = static_cast<std::int32_t>(text.size());
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  while (end > start) {
+    std::int32_t position = end;
+    UChar32 codePoint = 0;
+    U8_PREV(bytes, start, position, codePoint);
+    if (!isSpace(codePoint)) break;
+    end = position;
+  }
+  return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+}
+
+}  // namespace harbor

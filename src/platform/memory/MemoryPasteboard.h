@@ -1,0 +1,64 @@
+// A pasteboard that a test, as another program, copies to.
+#pragma once
+
+#include <string>
+
+#include "platform/Pasteboard.h"
+
+namespace harbor {
+
+class MemoryPasteboard : public Pasteboard {
+ public:
+  explicit MemoryPasteboard(const Workspace& workspace) : workspace_(workspace) {}
+
+  std::int64_t changeCount() const override {
+    ++changeCountQueries;
+    return count;
+  }
+  bool hasRichText() const override { return richText && !concealed; }
+  bool isConcealed() const override { return concealed; }
+  std::optional<std::string> string() const override {
+    ++stringReads;
+    return concealed ? std::nullopt : text;
+  }
+  std::optional<RunningApplication> sourceApplication() const override {
+    return workspace_.frontmostApplication();
+  }
+  void clearContents() override { put(std::nullopt); }
+  void setString(std::string_view newText) override {
+    put(std::string(newText));
+    ++ownWrites;
+  }
+
+  // Copies as another program would.
+  void copy(std::string newText) { put(std::move(newText)); }
+  void copyRich(std::optional<std::string> plainText) {
+    put(std::move(plainText));
+    richText = true;
+  }
+  void copyConcealed(std::string newText) {
+    put(std::move(newText));
+    concealed = true;
+  }
+  void copyPicture() { put(std::nullopt); }
+
+  std::int64_t count = 7;  // not 0: there is a session before the program starts
+  std::optional<std::string> text;
+  bool richText = false;
+  bool concealed = false;
+  int ownWrites = 0;
+  mutable int changeCountQueries = 0;
+  mutable int stringReads = 0;
+
+ private:
+  void put(std::optional<std::string> newText) {
+    text = std::move(newText);
+    richText = false;
+    concealed = false;
+    ++count;
+  }
+
+  const Workspace& workspace_;
+};
+
+}  // namespace harbor

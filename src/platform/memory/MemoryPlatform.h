@@ -1,0 +1,51 @@
+// Every interface of the seam in memory, ready to be handed to the composition root.
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/icu/IcuText.h"
+#include "platform/memory/MemoryAlertPanel.h"
+#include "platform/memory/MemoryApplication.h"
+#include "platform/memory/MemoryApplicationBundles.h"
+#include "platform/memory/MemoryDistributedNotifications.h"
+#include "platform/memory/MemoryFileManager.h"
+#include "platform/memory/MemoryPasteboard.h"
+#include "platform/memory/MemoryRunLoop.h"
+#include "platform/memory/MemorySettingsStore.h"
+#include "platform/memory/MemoryStatusItem.h"
+#include "platform/memory/MemoryWorkspace.h"
+#include "platform/plist/LibplistCoder.h"
+
+namespace harbor {
+
+struct MemoryPlatform {
+  MemorySettingsStore settings;
+  LibplistCoder propertyLists;
+  IcuText text;
+  MemoryRunLoop runLoop;
+  MemoryApplication application;
+  MemoryStatusItem statusItem;
+  MemoryAlertPanel alertPanel;
+  MemoryWorkspace workspace;
+  MemoryPasteboard pasteboard{workspace};
+  MemoryDistributedNotifications distributedNotifications;
+  MemoryApplicationBundles applicationBundles{text};
+  MemoryFileManager fileManager;
+
+  Platform asPlatform() {
+    return {settings,
+            propertyLists,
+            text,
+            runLoop,
+            runLoop,
+            application,
+            statusItem,
+            alertPanel,
+            pasteboard,
+            workspace,
+            distributedNotifications,
+            applicationBundles,
+            fileManager};
+  }
+};
+
+}  // namespace harbor
