@@ -21,7 +21,7 @@ void describe(const Menu& menu, int depth, std::string& text) {
     if (item.bold) text += " bold";
     if (!item.enabled) text += " disabled";
     if (item.tag != 0) text += " tag=" + std::to_string(item.tag);
-    if (!item.toolTip.empty()) text += " tip=" + item.toolTip;
+    if (!item.toolTip.empty()) text += " tip=" + item.toolTip.string();
     if (item.action) text += " action";
     text += '\n';
     describe(item.submenu, depth + 1, text);

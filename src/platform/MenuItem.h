@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/SharedText.h"
+
 namespace harbor {
 
 struct MenuItem {
@@ -19,7 +21,7 @@ struct MenuItem {
   State state = State::off;
   bool enabled = true;
   int tag = 0;
-  std::string toolTip;  // plain text, whole; a front-end may shorten what it shows
+  SharedText toolTip;  // plain text, whole; a front-end may shorten what it shows
   // The file that the item stands for, byte for byte; empty when it stands for none. What acts on a file
   // reads it from here, since a tool tip is text for display.
   std::string path;

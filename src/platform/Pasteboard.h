@@ -35,8 +35,9 @@ class Pasteboard {
   // one now.
   virtual std::optional<RunningApplication> sourceApplication() const = 0;
 
+  // The two writers' own change is counted once, and before they return.
   virtual void clearContents() = 0;
-  // Makes the text the only contents.
+  // Makes the text the only contents, without a moment in which there are none.
   virtual void setString(std::string_view text) = 0;
 };
 

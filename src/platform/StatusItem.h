@@ -25,9 +25,9 @@ class StatusItem {
   // for the menu: the handler answers with popUp before it returns.
   virtual void setAction(std::function<void()> clicked) = 0;
 
-  // Shows the menu at the item; `didClose` runs once, after it has closed (after the chosen item's action has
-  // been started). `offset` is the place relative to the button, in the button's coordinates; a platform
-  // whose bar decides where a menu goes ignores it.
+  // Shows the menu at the item; `didClose`, where it is not empty, runs once, after the menu has closed
+  // (after the chosen item's action has been started). `offset` is the place relative to the button, in the
+  // button's coordinates; a platform whose bar decides where a menu goes ignores it.
   struct Offset {
     double fractionOfWidth = 0.0;
     double y = 0.0;
