@@ -6,14 +6,19 @@
 #include "platform/Application.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/Clock.h"
+#include "platform/ColourPane.h"
 #include "platform/DistributedNotifications.h"
 #include "platform/FileManager.h"
+#include "platform/OverlayWindows.h"
 #include "platform/Pasteboard.h"
+#include "platform/PointerMonitor.h"
+#include "platform/PowerManager.h"
 #include "platform/PropertyListCoder.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
 #include "platform/StatusItem.h"
 #include "platform/Text.h"
+#include "platform/WindowServer.h"
 #include "platform/Workspace.h"
 
 namespace harbor {
@@ -32,6 +37,11 @@ struct Platform {
   DistributedNotifications& distributedNotifications;
   ApplicationBundles& applicationBundles;
   FileManager& fileManager;
+  WindowServer& windowServer;
+  OverlayWindows& overlayWindows;
+  PointerMonitor& pointerMonitor;
+  PowerManager& powerManager;
+  ColourPanes& colourPanes;
 };
 
 }  // namespace harbor

@@ -28,6 +28,8 @@ class Workspace {
 
   virtual std::vector<RunningApplication> runningApplications() const = 0;
   virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+  // Nothing when the process is no application or does not exist.
+  virtual std::optional<RunningApplication> runningApplication(std::int32_t processIdentifier) const = 0;
 
   // Opens a file, folder or application as the desktop would; false when nothing could be started.
   virtual bool openFile(const FileUrl& url) = 0;
@@ -38,6 +40,8 @@ class Workspace {
   // delay.
   virtual Subscription onWillSleep(std::function<void()> handler) = 0;
   virtual Subscription onDidWake(std::function<void()> handler) = 0;
+  // The user went to another space (workspace), or the space shows another wallpaper.
+  virtual Subscription onActiveSpaceDidChange(std::function<void()> handler) = 0;
 };
 
 }  // namespace harbor

@@ -6,12 +6,17 @@
 #include "platform/memory/MemoryAlertPanel.h"
 #include "platform/memory/MemoryApplication.h"
 #include "platform/memory/MemoryApplicationBundles.h"
+#include "platform/memory/MemoryColourPanes.h"
 #include "platform/memory/MemoryDistributedNotifications.h"
 #include "platform/memory/MemoryFileManager.h"
+#include "platform/memory/MemoryOverlayWindows.h"
 #include "platform/memory/MemoryPasteboard.h"
+#include "platform/memory/MemoryPointerMonitor.h"
+#include "platform/memory/MemoryPowerManager.h"
 #include "platform/memory/MemoryRunLoop.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/memory/MemoryStatusItem.h"
+#include "platform/memory/MemoryWindowServer.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "platform/plist/LibplistCoder.h"
 
@@ -30,6 +35,11 @@ struct MemoryPlatform {
   MemoryDistributedNotifications distributedNotifications;
   MemoryApplicationBundles applicationBundles{text};
   MemoryFileManager fileManager;
+  MemoryWindowServer windowServer;
+  MemoryOverlayWindows overlayWindows{windowServer};
+  MemoryPointerMonitor pointerMonitor;
+  MemoryPowerManager powerManager;
+  MemoryColourPanes colourPanes;
 
   Platform asPlatform() {
     return {settings,
@@ -44,7 +54,12 @@ struct MemoryPlatform {
             workspace,
             distributedNotifications,
             applicationBundles,
-            fileManager};
+            fileManager,
+            windowServer,
+            overlayWindows,
+            pointerMonitor,
+            powerManager,
+            colourPanes};
   }
 };
 

@@ -1,12 +1,11 @@
 // A desktop session that a test directs.
 #pragma once
 
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/Workspace.h"
+#include "platform/memory/MemoryObservers.h"
 
 namespace harbor {
 
@@ -14,6 +13,12 @@ class MemoryWorkspace : public Workspace {
  public:
   std::vector<RunningApplication> runningApplications() const override { return running; }
   std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
+  std::optional<RunningApplication> runningApplication(std::int32_t processIdentifier) const override {
+    for (const RunningApplication& application : running) {
+      if (application.processIdentifier == processIdentifier) return application;
+    }
+    return std::nullopt;
+  }
   bool openFile(const FileUrl& url) override {
     openedFiles.push_back(url);
     return opens;
@@ -23,12 +28,16 @@ class MemoryWorkspace : public Workspace {
     return opens;
   }
   Subscription onWillSleep(std::function<void()> handler) override {
-    return add(willSleep_, std::move(handler));
+    return willSleep_.add(std::move(handler));
   }
-  Subscription onDidWake(std::function<void()> handler) override { return add(didWake_, std::move(handler)); }
+  Subscription onDidWake(std::function<void()> handler) override { return didWake_.add(std::move(handler)); }
+  Subscription onActiveSpaceDidChange(std::function<void()> handler) override {
+    return activeSpace_.add(std::move(handler));
+  }
 
-  void sleep() { notify(willSleep_); }
-  void wake() { notify(didWake_); }
+  void sleep() { willSleep_.notify(); }
+  void wake() { didWake_.notify(); }
+  void changeSpace() { activeSpace_.notify(); }
 
   std::vector<RunningApplication> running;
   std::optional<RunningApplication> frontmost =
@@ -38,24 +47,9 @@ class MemoryWorkspace : public Workspace {
   bool opens = true;
 
  private:
-  using Handlers = std::shared_ptr<std::map<int, std::function<void()>>>;
-
-  Subscription add(const Handlers& handlers, std::function<void()> handler) {
-    const int number = nextHandler_++;
-    handlers->emplace(number, std::move(handler));
-    return Subscription([handlers = std::weak_ptr(handlers), number] {
-      if (const auto held = handlers.lock()) held->erase(number);
-    });
-  }
-  static void notify(const Handlers& handlers) {
-    const auto copy = *handlers;
-    for (const auto& [number, handler] : copy)
-      handler();
-  }
-
-  int nextHandler_ = 1;
-  Handlers willSleep_ = std::make_shared<std::map<int, std::function<void()>>>();
-  Handlers didWake_ = std::make_shared<std::map<int, std::function<void()>>>();
+  MemoryObservers willSleep_;
+  MemoryObservers didWake_;
+  MemoryObservers activeSpace_;
 };
 
 }  // namespace harbor

@@ -1,0 +1,81 @@
+// Borderless windows that the program lays over or under other windows. They never take the keyboard, never
+// show in a task bar or window switcher, and never outlive the process.
+#pragma once
+
+#include <memory>
+
+#include "base/Colour.h"
+#include "base/Drawing.h"
+#include "base/Geometry.h"
+#include "platform/WindowServer.h"
+
+namespace harbor {
+
+// How a window takes part in spaces (workspaces); combine with |.
+enum class CollectionBehaviour : unsigned {
+  standard = 0,
+  canJoinAllSpaces = 1,
+  moveToActiveSpace = 2,
+  transient = 8,
+  stationary = 16,
+};
+constexpr CollectionBehaviour operator|(CollectionBehaviour a, CollectionBehaviour b) {
+  return static_cast<CollectionBehaviour>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+constexpr bool contains(CollectionBehaviour set, CollectionBehaviour behaviour) {
+  return (static_cast<unsigned>(set) & static_cast<unsigned>(behaviour)) != 0;
+}
+
+struct OverlayWindowSpec {
+  enum class Creation { immediate, deferred };  // deferred: the platform's window is made when first shown
+  enum class Surface { opaque, translucent };
+
+  Rect frame;  // global coordinates
+  Creation creation = Creation::deferred;
+  Surface surface = Surface::opaque;
+  WindowLevel level = kNormalWindowLevel;
+  CollectionBehaviour collectionBehaviour = CollectionBehaviour::standard;
+
+  friend bool operator==(const OverlayWindowSpec&, const OverlayWindowSpec&) = default;
+};
+
+// One such window; not on the screen until it is ordered in. Destroying it takes it off the screen. Setting
+// what is already set costs next to nothing.
+class OverlayWindow {
+ public:
+  virtual ~OverlayWindow() = default;
+
+  // Fills the window; with a translucent surface the alpha counts.
+  virtual void setBackgroundColour(const Colour& colour) = 0;
+  // Lets every click and movement pass through to what lies below; without it the window absorbs them.
+  virtual void setIgnoresMouseEvents() = 0;
+  virtual void setLevel(WindowLevel level) = 0;
+  virtual void setCollectionBehaviour(CollectionBehaviour behaviour) = 0;
+  // In global coordinates; the contents follow at once.
+  virtual void setFrame(const Rect& frame) = 0;
+
+  // Covers the window with the image, stretched to the window; one without a picture leaves the background.
+  virtual void setContents(const Image& image) = 0;
+  // Shows the drawing, alone, in the frame, which is in the window's own coordinates (origin at its top
+  // left); replaces the drawing shown before. Meant to be called at each movement of the pointer.
+  virtual void setDrawing(const Drawing& drawing, const Rect& frame) = 0;
+
+  // Puts the window in front of all others of its level, although the application is not active.
+  virtual void orderFrontRegardless() = 0;
+  // Puts the window directly below another application's window, so that this one and everything above it
+  // stay uncovered; where the platform cannot order it so, it has the same look otherwise. If that window is
+  // gone, the window stays as it was.
+  virtual void orderBelow(WindowNumber number) = 0;
+  // Takes the window off the screen and keeps it.
+  virtual void orderOut() = 0;
+};
+
+class OverlayWindows {
+ public:
+  virtual ~OverlayWindows() = default;
+
+  // Never null. Where the platform cannot show overlays the window is one that does nothing.
+  virtual std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) = 0;
+};
+
+}  // namespace harbor

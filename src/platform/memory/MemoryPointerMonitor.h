@@ -1,0 +1,29 @@
+// A pointer that a test moves.
+#pragma once
+
+#include <optional>
+
+#include "platform/PointerMonitor.h"
+#include "platform/memory/MemoryObservers.h"
+
+namespace harbor {
+
+class MemoryPointerMonitor : public PointerMonitor {
+ public:
+  Point location() const override { return position; }
+  Subscription addGlobalMonitor(PointerEvents watched, std::function<void()> handler) override {
+    events = watched;
+    return monitors.add(std::move(handler));
+  }
+
+  void moveTo(Point point) {
+    position = point;
+    monitors.notify();
+  }
+
+  Point position;
+  std::optional<PointerEvents> events;  // of the monitor that was added last
+  MemoryObservers monitors;
+};
+
+}  // namespace harbor
