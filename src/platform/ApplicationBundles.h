@@ -3,6 +3,9 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+
+#include "base/PropertyList.h"
 
 namespace harbor {
 
@@ -19,6 +22,15 @@ class ApplicationBundles {
 
   // The key by which lists of applications are sorted, ascending, as plain text.
   virtual std::string sortKey(const std::string& path) const = 0;
+
+  // What an application that is no bundle folder answers for the keys of an Info.plist ("CFBundleIdentifier",
+  // "CFBundleDisplayName", "CFBundleName", "CFBundleExecutable"). Nothing for a bundle folder, whose
+  // Info.plist the caller reads, and for what is no application.
+  virtual std::optional<PropertyList> ownInformation(const std::string& path) const = 0;
+
+  // Whether the entry of an applications folder is the application that is installed under this bundle name
+  // ("Firefox.app") elsewhere.
+  virtual bool isBundleNamed(const std::string& path, std::string_view bundleName) const = 0;
 };
 
 }  // namespace harbor

@@ -1,6 +1,7 @@
 // The places that the platform knows by purpose.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "base/FileUrl.h"
@@ -17,6 +18,14 @@ class FileManager {
   // The folders that applications are installed in, the one that takes precedence first; none is created.
   // Empty when the platform cannot locate any.
   virtual std::vector<FileUrl> applicationsFolders(Domain domain) const = 0;
+
+  // The root folders of the mounted volumes, in the system's order; nothing when the system gives no list.
+  virtual std::optional<std::vector<FileUrl>> mountedVolumes() const = 0;
+
+  // Whether a mounted volume stands where this platform puts the user's external volumes, besides directly
+  // under
+  // "/Volumes".
+  virtual bool isExternalVolume(const FileUrl& volume) const = 0;
 };
 
 }  // namespace harbor

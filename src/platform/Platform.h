@@ -2,13 +2,17 @@
 // the application controller.
 #pragma once
 
+#include "base/HomeFolder.h"
 #include "platform/AlertPanel.h"
 #include "platform/Application.h"
 #include "platform/ApplicationBundles.h"
+#include "platform/CleanupProgress.h"
 #include "platform/Clock.h"
 #include "platform/ColourPane.h"
 #include "platform/DistributedNotifications.h"
 #include "platform/FileManager.h"
+#include "platform/FolderBookmarks.h"
+#include "platform/OpenPanel.h"
 #include "platform/OverlayWindows.h"
 #include "platform/Pasteboard.h"
 #include "platform/PointerMonitor.h"
@@ -42,6 +46,13 @@ struct Platform {
   PointerMonitor& pointerMonitor;
   PowerManager& powerManager;
   ColourPanes& colourPanes;
+  OpenPanel& openPanel;
+  FolderBookmarks& folderBookmarks;
+  CleanupProgress& cleanupProgress;
+  HomeFolder homeFolder;
+  // The folder of the program's own small commands, put in front of a shell command's PATH; empty: there is
+  // none.
+  std::string commandsFolder;
 };
 
 }  // namespace harbor

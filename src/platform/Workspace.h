@@ -31,6 +31,13 @@ class Workspace {
   // Nothing when the process is no application or does not exist.
   virtual std::optional<RunningApplication> runningApplication(std::int32_t processIdentifier) const = 0;
 
+  // Whether an application with this bundle identifier runs; a platform whose applications carry other
+  // identifiers knows which of its own stand for it.
+  virtual bool isRunning(std::string_view bundleIdentifier) const = 0;
+
+  // The path of the installed application of that name; nothing when there is none.
+  virtual std::optional<std::string> fullPathForApplication(std::string_view name) const = 0;
+
   // Opens a file, folder or application as the desktop would; false when nothing could be started.
   virtual bool openFile(const FileUrl& url) = 0;
   // Opens a web address or another application's URL; false when nothing could be started.

@@ -2,6 +2,7 @@
 // says otherwise.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <string>
 
@@ -24,7 +25,18 @@ class MemoryApplicationBundles : public ApplicationBundles {
     return text_.lowercased(lastPathComponent(path));
   }
 
+  std::optional<PropertyList> ownInformation(const std::string& path) const override {
+    const auto entry = information.find(path);
+    return entry == information.end() ? std::nullopt : std::optional(entry->second);
+  }
+  bool isBundleNamed(const std::string& path, std::string_view bundleName) const override {
+    std::error_code error;
+    return lastPathComponent(path) == bundleName && isApplication(path) &&
+           std::filesystem::is_directory(path, error);
+  }
+
   std::map<std::string, std::string> displayNames;
+  std::map<std::string, PropertyList> information;  // of applications that are no bundle folders
 
  private:
   const Text& text_;

@@ -11,8 +11,12 @@ class MemoryFileManager : public FileManager {
     return domain == Domain::local ? localApplications : systemApplications;
   }
 
+  std::optional<std::vector<FileUrl>> mountedVolumes() const override { return volumes; }
+  bool isExternalVolume(const FileUrl&) const override { return false; }
+
   std::vector<FileUrl> localApplications;
   std::vector<FileUrl> systemApplications;
+  std::optional<std::vector<FileUrl>> volumes = std::vector<FileUrl>{};
 };
 
 }  // namespace harbor

@@ -6,9 +6,12 @@
 #include "platform/memory/MemoryAlertPanel.h"
 #include "platform/memory/MemoryApplication.h"
 #include "platform/memory/MemoryApplicationBundles.h"
+#include "platform/memory/MemoryCleanupProgress.h"
 #include "platform/memory/MemoryColourPanes.h"
 #include "platform/memory/MemoryDistributedNotifications.h"
 #include "platform/memory/MemoryFileManager.h"
+#include "platform/memory/MemoryFolderBookmarks.h"
+#include "platform/memory/MemoryOpenPanel.h"
 #include "platform/memory/MemoryOverlayWindows.h"
 #include "platform/memory/MemoryPasteboard.h"
 #include "platform/memory/MemoryPointerMonitor.h"
@@ -40,6 +43,11 @@ struct MemoryPlatform {
   MemoryPointerMonitor pointerMonitor;
   MemoryPowerManager powerManager;
   MemoryColourPanes colourPanes;
+  MemoryOpenPanel openPanel;
+  MemoryFolderBookmarks folderBookmarks;
+  MemoryCleanupProgress cleanupProgress;
+  std::string home;  // the home folder; empty until a test makes one
+  std::string commandsFolder;
 
   Platform asPlatform() {
     return {settings,
@@ -59,7 +67,12 @@ struct MemoryPlatform {
             overlayWindows,
             pointerMonitor,
             powerManager,
-            colourPanes};
+            colourPanes,
+            openPanel,
+            folderBookmarks,
+            cleanupProgress,
+            [this] { return home; },
+            commandsFolder};
   }
 };
 

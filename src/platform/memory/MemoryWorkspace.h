@@ -1,6 +1,8 @@
 // A desktop session that a test directs.
 #pragma once
 
+#include <algorithm>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,15 @@ class MemoryWorkspace : public Workspace {
       if (application.processIdentifier == processIdentifier) return application;
     }
     return std::nullopt;
+  }
+  bool isRunning(std::string_view bundleIdentifier) const override {
+    return std::any_of(running.begin(), running.end(), [&](const RunningApplication& application) {
+      return application.bundleIdentifier == bundleIdentifier;
+    });
+  }
+  std::optional<std::string> fullPathForApplication(std::string_view name) const override {
+    const auto entry = applicationPaths.find(std::string(name));
+    return entry == applicationPaths.end() ? std::nullopt : std::optional(entry->second);
   }
   bool openFile(const FileUrl& url) override {
     openedFiles.push_back(url);
@@ -40,6 +51,7 @@ class MemoryWorkspace : public Workspace {
   void changeSpace() { activeSpace_.notify(); }
 
   std::vector<RunningApplication> running;
+  std::map<std::string, std::string> applicationPaths;  // name to path
   std::optional<RunningApplication> frontmost =
       RunningApplication{100, "org.example.Editor", FileUrl{"/Applications/Editor.app", true}, "Editor"};
   std::vector<FileUrl> openedFiles;
