@@ -76,4 +76,10 @@ void sortApplications(const ApplicationBundles& bundles, std::vector<FileUrl>& u
     urls.push_back(std::move(entry.second));
 }
 
+std::optional<FileUrl> existingFile(const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileUrl{path, S_ISDIR(status.st_mode)};
+}
+
 }  // namespace harbor

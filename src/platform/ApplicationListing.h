@@ -1,6 +1,8 @@
 // The applications below a folder.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "base/FileUrl.h"
@@ -15,5 +17,8 @@ void appendApplications(const ApplicationBundles& bundles, const FileUrl& folder
 
 // Sorts ascending by the platform's sort key; equal keys keep their order.
 void sortApplications(const ApplicationBundles& bundles, std::vector<FileUrl>& urls);
+
+// The URL of what is at the path now, nothing when nothing is; a symbolic link counts as what it points to.
+std::optional<FileUrl> existingFile(const std::string& path);
 
 }  // namespace harbor

@@ -1,0 +1,93 @@
+#include "app/AppDelegate.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "settings/SettingsKeys.h"
+
+namespace harbor {
+namespace {
+
+// Relative to the icon's button, where the platform leaves the place to the program.
+constexpr StatusItem::Offset kMenuOffset{-0.5, 29.0};
+
+constexpr const char* kLauncherIdentifier = "com.tidewell.LauncherApplication";
+
+}  // namespace
+
+AppDelegate::AppDelegate(const Platform& platform)
+    : platform_(platform),
+      dialog_(platform.alertPanel, platform.settings),
+      applications_(platform.fileManager, platform.applicationBundles),
+      appCodeSignedByApple(platform.application.compileCodeRequirement("anchor apple")),
+      clipboardModel(platform.settings, platform.propertyLists, platform.fileManager,
+                     platform.applicationBundles),
+      clipboard_(clipboardModel, platform.settings, platform.pasteboard, platform.runLoop, platform.text,
+                 platform.applicationBundles, dialog_,
+                 [this](const MenuItem& sender) { reloadApps(sender); }),
+      clearClipboardFormatting_(clearClipboardFormattingModel, platform.settings, platform.pasteboard,
+                                platform.runLoop, clipboard_) {
+  clipboardModel.load();
+  clearClipboardFormattingModel.load(platform.settings);
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+  greet();
+  if (platform_.statusItem.hasButton()) {
+    platform_.statusItem.setImage("StatusBarButtonImage", StatusItem::ImageMode::template_);
+    platform_.statusItem.setAction([this] { statusItemButtonClicked(); });
+  }
+  buildMenu(MenuBuild::first);
+  dismissLauncher();
+  systemApps.emplace_back("/Applications/Xcode.app");
+}
+
+void AppDelegate::greet() {
+  if (platform_.settings.boolForKey(settings_keys::startMessageAlertSuppression)) return;
+  dialog_.show("", "OK", "Welcome to Harbor Tray!",
+               "I am a menubar only app. Please click my icon from the menubar to get started. "
+               "Hope you love me!",
+               "Do not show again");
+}
+
+void AppDelegate::dismissLauncher() {
+  const auto running = platform_.workspace.runningApplications();
+  const bool launcherRuns = std::any_of(running.begin(), running.end(), [](const RunningApplication& each) {
+    return each.bundleIdentifier == kLauncherIdentifier;
+  });
+  if (!launcherRuns) return;
+  const auto identifier = platform_.application.bundleIdentifier();
+  // A program without an identity was put together wrongly; the launcher could never tell who called.
+  if (!identifier) std::abort();
+  platform_.distributedNotifications.post("killLauncher", *identifier);
+}
+
+void AppDelegate::statusItemButtonClicked() {
+  buildMenu(MenuBuild::later);
+  platform_.statusItem.popUp(mainMenu, kMenuOffset, {});
+}
+
+void AppDelegate::buildMenu(MenuBuild build) {
+  mainMenu.clear();
+  if (build == MenuBuild::first) {
+    applications_.reload();
+  } else {
+    applications_.prune();
+  }
+
+  // A spacer stands between two groups of tools; each group's tools append their sections in order.
+  clipboard_.appendSection(mainMenu, build);
+  clearClipboardFormatting_.appendSection(mainMenu, build);
+  mainMenu.push_back(MenuItem::separator());
+  mainMenu.push_back(menuItem("Quit", [this](const MenuItem& sender) { terminate(sender); }));
+}
+
+void AppDelegate::reloadApps(const MenuItem&) {
+  applications_.reload();
+}
+
+void AppDelegate::terminate(const MenuItem&) {
+  platform_.application.terminate();
+}
+
+}  // namespace harbor

@@ -1,0 +1,60 @@
+// The application controller: owns every tool, runs the start-up sequence, builds the status menu and keeps
+// the rule that makes the program a regular application while one of its windows is open.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "alerts/TWDialog.h"
+#include "clipboard/ClearClipboardFormattingController.h"
+#include "clipboard/ClipboardController.h"
+#include "clipboard/TWClearClipboardFormatting.h"
+#include "clipboard/TWClipboard.h"
+#include "platform/MenuSection.h"
+#include "platform/Platform.h"
+#include "uninstaller/TWApplications.h"
+
+namespace harbor {
+
+class AppDelegate {
+ public:
+  // Makes the tools and loads their settings; nothing is shown or started yet.
+  explicit AppDelegate(const Platform& platform);
+
+  // The start-up sequence. Returns when the icon is in place; the welcome alert blocks it until dismissed.
+  void applicationDidFinishLaunching();
+
+  // Nothing is saved at the end: every setting was stored when it changed.
+  void applicationWillTerminate() {}
+
+  // A click on the icon, with either button: builds the menu afresh and pops it up.
+  void statusItemButtonClicked();
+
+  // The menu's actions.
+  void reloadApps(const MenuItem& sender);
+  void terminate(const MenuItem& sender);
+
+ private:
+  void buildMenu(MenuBuild build);
+  void greet();
+  void dismissLauncher();
+
+  Platform platform_;
+  TWDialog dialog_;
+  TWApplications applications_;
+
+ public:
+  Menu mainMenu;                        // as built last
+  bool didApplicationChange = true;     // never consulted
+  std::vector<std::string> systemApps;  // paths of applications that are never offered for uninstalling
+  std::unique_ptr<CodeRequirement> appCodeSignedByApple;  // kept, never evaluated; null where not available
+  TWClipboard clipboardModel;
+  TWClearClipboardFormatting clearClipboardFormattingModel;
+
+ private:
+  ClipboardController clipboard_;
+  ClearClipboardFormattingController clearClipboardFormatting_;
+};
+
+}  // namespace harbor
