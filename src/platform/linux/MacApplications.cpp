@@ -1,0 +1,29 @@
+#include "platform/linux/MacApplications.h"
+
+#include <algorithm>
+
+namespace harbor {
+namespace {
+
+template <typename Matches>
+const MacApplication* find(std::string_view text, Matches matches) {
+  if (text.empty()) return nullptr;
+  const auto row = std::find_if(std::begin(kMacApplications), std::end(kMacApplications), matches);
+  return row == std::end(kMacApplications) ? nullptr : row;
+}
+
+}  // namespace
+
+const MacApplication* macApplicationWithDesktopIdentifier(std::string_view identifier) {
+  return find(identifier, [&](const MacApplication& row) {
+    return std::count(row.desktopIdentifiers.begin(), row.desktopIdentifiers.end(), identifier) > 0;
+  });
+}
+
+const MacApplication* macApplicationWithProgram(std::string_view fileName) {
+  return find(fileName, [&](const MacApplication& row) {
+    return std::count(row.programs.begin(), row.programs.end(), fileName) > 0;
+  });
+}
+
+}  // namespace harbor
