@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "settings/SettingsKeys.h"
@@ -11,17 +10,16 @@ namespace {
 // Relative to the icon's button, where the platform leaves the place to the program.
 constexpr StatusItem::Offset kMenuOffset{-0.5, 29.0};
 
-constexpr const char* kLauncherIdentifier = "com.tidewell.LauncherApplication";
-
 }  // namespace
 
 AppDelegate::AppDelegate(const Platform& platform)
-    : platform_(platform),
-      dialog_(platform.alertPanel, platform.settings),
-      applications_(platform.fileManager, platform.applicationBundles),
-      appCodeSignedByApple(platform.application.compileCodeRequirement("anchor apple")),
+    : appCodeSignedByApple(platform.application.compileCodeRequirement("anchor apple")),
       clipboardModel(platform.settings, platform.propertyLists, platform.fileManager,
                      platform.applicationBundles),
+      platform_(platform),
+      dialog_(platform.alertPanel, platform.settings),
+      openWindows_(platform.application),
+      applications_(platform.fileManager, platform.applicationBundles),
       clipboard_(clipboardModel, platform.settings, platform.pasteboard, platform.runLoop, platform.text,
                  platform.applicationBundles, dialog_,
                  [this](const MenuItem& sender) { reloadApps(sender); }),
@@ -33,12 +31,11 @@ AppDelegate::AppDelegate(const Platform& platform)
 
 void AppDelegate::applicationDidFinishLaunching() {
   greet();
-  if (platform_.statusItem.hasButton()) {
-    platform_.statusItem.setImage("StatusBarButtonImage", StatusItem::ImageMode::template_);
-    platform_.statusItem.setAction([this] { statusItemButtonClicked(); });
-  }
+  configureButton();
   buildMenu(MenuBuild::first);
   dismissLauncher();
+  wakeNotes_ = platform_.workspace.onDidWake([this] { onWakeNoteWithNote(); });
+  sleepNotes_ = platform_.workspace.onWillSleep([this] { onSleepNoteWithNote(); });
   systemApps.emplace_back("/Applications/Xcode.app");
 }
 
@@ -50,12 +47,14 @@ void AppDelegate::greet() {
                "Do not show again");
 }
 
+void AppDelegate::configureButton() {
+  if (!platform_.statusItem.hasButton()) return;
+  platform_.statusItem.setImage("StatusBarButtonImage", StatusItem::ImageMode::template_);
+  platform_.statusItem.setAction([this] { statusItemButtonClicked(); });
+}
+
 void AppDelegate::dismissLauncher() {
-  const auto running = platform_.workspace.runningApplications();
-  const bool launcherRuns = std::any_of(running.begin(), running.end(), [](const RunningApplication& each) {
-    return each.bundleIdentifier == kLauncherIdentifier;
-  });
-  if (!launcherRuns) return;
+  if (!platform_.workspace.isRunning("com.tidewell.LauncherApplication")) return;
   const auto identifier = platform_.application.bundleIdentifier();
   // A program without an identity was put together wrongly; the launcher could never tell who called.
   if (!identifier) std::abort();

@@ -12,6 +12,7 @@
 #include "clipboard/TWClearClipboardFormatting.h"
 #include "clipboard/TWClipboard.h"
 #include "platform/MenuSection.h"
+#include "platform/OpenWindows.h"
 #include "platform/Platform.h"
 #include "uninstaller/TWApplications.h"
 
@@ -31,20 +32,14 @@ class AppDelegate {
   // A click on the icon, with either button: builds the menu afresh and pops it up.
   void statusItemButtonClicked();
 
+  // The machine is about to sleep, and has woken.
+  void onSleepNoteWithNote() {}
+  void onWakeNoteWithNote() {}
+
   // The menu's actions.
   void reloadApps(const MenuItem& sender);
   void terminate(const MenuItem& sender);
 
- private:
-  void buildMenu(MenuBuild build);
-  void greet();
-  void dismissLauncher();
-
-  Platform platform_;
-  TWDialog dialog_;
-  TWApplications applications_;
-
- public:
   Menu mainMenu;                        // as built last
   bool didApplicationChange = true;     // never consulted
   std::vector<std::string> systemApps;  // paths of applications that are never offered for uninstalling
@@ -53,8 +48,20 @@ class AppDelegate {
   TWClearClipboardFormatting clearClipboardFormattingModel;
 
  private:
+  void greet();
+  void configureButton();
+  void buildMenu(MenuBuild build);
+  void dismissLauncher();
+
+  Platform platform_;
+  TWDialog dialog_;
+  OpenWindows openWindows_;
+  TWApplications applications_;
   ClipboardController clipboard_;
   ClearClipboardFormattingController clearClipboardFormatting_;
+  // Last, so that no note reaches a tool that is gone.
+  Subscription wakeNotes_;
+  Subscription sleepNotes_;
 };
 
 }  // namespace harbor
