@@ -24,8 +24,23 @@ AppDelegate::AppDelegate(const Platform& platform)
                  platform.applicationBundles, dialog_,
                  [this](const MenuItem& sender) { reloadApps(sender); }),
       clearClipboardFormatting_(clearClipboardFormattingModel, platform.settings, platform.pasteboard,
-                                platform.runLoop, clipboard_) {
+                                platform.runLoop, clipboard_),
+      veilConflict_(platform.settings, dialog_),
+      focusMode_(focusModeModel, platform.settings, veilConflict_, platform.runLoop, platform.workspace,
+                 platform.windowServer, platform.overlayWindows, paneSurroundings()),
+      tintScreen_(tintScreenModel, platform.settings, veilConflict_, platform.windowServer,
+                  platform.overlayWindows, paneSurroundings()),
+      hideDesktopIcons_(hideDesktopIconsModel, platform.settings, dialog_, platform.workspace,
+                        platform.windowServer, platform.overlayWindows),
+      highlight_(highlightMouseClicksModel, platform.settings, platform.windowServer, platform.overlayWindows,
+                 platform.pointerMonitor),
+      preventSleep_(preventSleepModel, platform.settings, platform.runLoop, platform.clock,
+                    platform.powerManager, platform.workspace) {
   clipboardModel.load();
+  tintScreenModel.load(platform.settings, platform.propertyLists);
+  focusModeModel.load(platform.settings, platform.propertyLists);
+  preventSleepModel.load(platform.settings);
+  highlightMouseClicksModel.load(platform.settings);
   clearClipboardFormattingModel.load(platform.settings);
 }
 
@@ -75,10 +90,21 @@ void AppDelegate::buildMenu(MenuBuild build) {
   }
 
   // A spacer stands between two groups of tools; each group's tools append their sections in order.
+  focusMode_.appendSection(mainMenu, build);
+  tintScreen_.appendSection(mainMenu, build);
+  mainMenu.push_back(MenuItem::spacer());
+  hideDesktopIcons_.appendSection(mainMenu, build);
+  highlight_.appendSection(mainMenu, build);
+  preventSleep_.appendSection(mainMenu, build);
+  mainMenu.push_back(MenuItem::spacer());
   clipboard_.appendSection(mainMenu, build);
   clearClipboardFormatting_.appendSection(mainMenu, build);
   mainMenu.push_back(MenuItem::separator());
   mainMenu.push_back(menuItem("Quit", [this](const MenuItem& sender) { terminate(sender); }));
+}
+
+PaneSurroundings AppDelegate::paneSurroundings() {
+  return {platform_.settings, platform_.propertyLists, openWindows_, platform_.colourPanes};
 }
 
 void AppDelegate::reloadApps(const MenuItem&) {

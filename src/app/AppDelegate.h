@@ -11,9 +11,20 @@
 #include "clipboard/ClipboardController.h"
 #include "clipboard/TWClearClipboardFormatting.h"
 #include "clipboard/TWClipboard.h"
+#include "overlays/FocusModeController.h"
+#include "overlays/HideDesktopIconsController.h"
+#include "overlays/HighlightController.h"
+#include "overlays/TWFocusMode.h"
+#include "overlays/TWHideDesktopIcons.h"
+#include "overlays/TWHighlightMouseClicks.h"
+#include "overlays/TWTintScreen.h"
+#include "overlays/TintScreenController.h"
+#include "overlays/VeilConflict.h"
 #include "platform/MenuSection.h"
 #include "platform/OpenWindows.h"
 #include "platform/Platform.h"
+#include "power/PreventSleepController.h"
+#include "power/TWPreventSleep.h"
 #include "uninstaller/TWApplications.h"
 
 namespace harbor {
@@ -33,8 +44,8 @@ class AppDelegate {
   void statusItemButtonClicked();
 
   // The machine is about to sleep, and has woken.
-  void onSleepNoteWithNote() {}
-  void onWakeNoteWithNote() {}
+  void onSleepNoteWithNote() { preventSleep_.onSleepNoteWithNote(); }
+  void onWakeNoteWithNote() { preventSleep_.onWakeNoteWithNote(); }
 
   // The menu's actions.
   void reloadApps(const MenuItem& sender);
@@ -45,6 +56,11 @@ class AppDelegate {
   std::vector<std::string> systemApps;  // paths of applications that are never offered for uninstalling
   std::unique_ptr<CodeRequirement> appCodeSignedByApple;  // kept, never evaluated; null where not available
   TWClipboard clipboardModel;
+  TWTintScreen tintScreenModel;
+  TWFocusMode focusModeModel;
+  TWHideDesktopIcons hideDesktopIconsModel;
+  TWPreventSleep preventSleepModel;
+  TWHighlightMouseClicks highlightMouseClicksModel;
   TWClearClipboardFormatting clearClipboardFormattingModel;
 
  private:
@@ -52,6 +68,7 @@ class AppDelegate {
   void configureButton();
   void buildMenu(MenuBuild build);
   void dismissLauncher();
+  PaneSurroundings paneSurroundings();
 
   Platform platform_;
   TWDialog dialog_;
@@ -59,6 +76,12 @@ class AppDelegate {
   TWApplications applications_;
   ClipboardController clipboard_;
   ClearClipboardFormattingController clearClipboardFormatting_;
+  VeilConflict veilConflict_;
+  FocusModeController focusMode_;
+  TintScreenController tintScreen_;
+  HideDesktopIconsController hideDesktopIcons_;
+  HighlightController highlight_;
+  PreventSleepController preventSleep_;
   // Last, so that no note reaches a tool that is gone.
   Subscription wakeNotes_;
   Subscription sleepNotes_;

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+
 #include "platform/memory/MemoryPlatform.h"
 
 namespace harbor {
@@ -15,22 +18,43 @@ struct AppDelegateTest : testing::Test {
 TEST_F(AppDelegateTest, WithEveryToolOffNoTitleIsBold) {
   app.applicationDidFinishLaunching();
   platform.statusItem.click();
-  EXPECT_EQ(describeMenu(platform.statusItem.menu),
+  Menu topLevel = platform.statusItem.menu;
+  for (MenuItem& item : topLevel)
+    item.submenu.clear();
+  EXPECT_EQ(describeMenu(topLevel),
+            "[ ] Focus Mode\n"
+            "[ ] Tint Screen\n"
+            "(spacer)\n"
+            "[ ] Hide Desktop Icons\n"
+            "[ ] Highlight Mouse Cursor\n"
+            "[ ] Prevent Sleep\n"
+            "(spacer)\n"
             "[ ] Clipboard\n"
-            "  [ ] Enable action\n"
-            "  ---\n"
-            "  [ ] Blacklist Apps\n"
-            "    [ ] Reload Apps action\n"
-            "    ---\n"
-            "    ---\n"
-            "  [ ] Clear All disabled action\n"
-            "  ---\n"
             "[ ] Clear Clipboard Formatting\n"
-            "  [ ] Automatically Clear action\n"
-            "  ---\n"
-            "  [ ] Clear Now action\n"
             "---\n"
             "[ ] Quit action\n");
+}
+
+TEST_F(AppDelegateTest, AToolThatIsSwitchedOnIsBoldAtTheNextOpening) {
+  app.applicationDidFinishLaunching();
+  ASSERT_TRUE(platform.statusItem.choose({"Focus Mode", "Enable"}));
+  platform.statusItem.click();
+  for (const MenuItem& item : platform.statusItem.menu)
+    EXPECT_EQ(item.bold, item.title == "Focus Mode") << item.title;
+}
+
+TEST_F(AppDelegateTest, SleepAndWakeReachTheCountdown) {
+  app.applicationDidFinishLaunching();
+  ASSERT_TRUE(platform.statusItem.choose({"Prevent Sleep", "Enable"}));
+  platform.workspace.sleep();
+  platform.runLoop.jump(std::chrono::seconds(100));
+  platform.runLoop.advance(std::chrono::seconds(5));
+  platform.workspace.wake();
+  platform.statusItem.click();
+  const Menu& menu = platform.statusItem.menu;
+  EXPECT_TRUE(std::any_of(menu.begin(), menu.end(), [](const MenuItem& item) {
+    return item.title == "Prevent Sleep [00:13:15]";
+  })) << describeMenu(menu);
 }
 
 TEST_F(AppDelegateTest, QuitEndsTheProgram) {

@@ -1,0 +1,85 @@
+// Focus mode: a translucent veil over the main display, kept directly below the front window, so that
+// everything but that window is dimmed. Clicks pass through it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "base/Subscription.h"
+#include "overlays/TWFocusMode.h"
+#include "overlays/TWFocusModeViewController.h"
+#include "overlays/VeilConflict.h"
+#include "platform/MenuSection.h"
+#include "platform/OverlayWindows.h"
+#include "platform/RunLoop.h"
+#include "platform/SettingsStore.h"
+#include "platform/WindowServer.h"
+#include "platform/Workspace.h"
+
+namespace harbor {
+
+class FocusModeController {
+ public:
+  FocusModeController(TWFocusMode& model, SettingsStore& settings, VeilConflict& conflict, RunLoop& runLoop,
+                      const Workspace& workspace, WindowServer& windowServer, OverlayWindows& overlayWindows,
+                      const PaneSurroundings& paneSurroundings);
+  FocusModeController(const FocusModeController&) = delete;
+  FocusModeController& operator=(const FocusModeController&) = delete;
+
+  // Appends the "Focus Mode" section, brings the timer in line with the model (the first build starts it, any
+  // build stops it while the tool is off) and re-applies the veil.
+  void appendSection(Menu& menu, MenuBuild build);
+
+  // Actions of the section's items.
+  void focusModeEnabled(const MenuItem& sender);
+  void focusModeClicked(const MenuItem& sender);
+  void opacityClicked(const MenuItem& sender);
+  void displayFocusModePreferences(const MenuItem& sender);
+
+  // Replaces the veil's window by a new, black one. It has the standard collection behaviour, on purpose.
+  void focusMode(const MenuItem& sender);
+
+  // Shows the veil as the model says; does nothing while the tool is off.
+  void applyFocusMode();
+  // An opacity that is not in the table leaves alpha as it was.
+  void updateAlphaFromOpacity();
+  // Puts the veil below the front window, or away when there is none or when it covers the screen.
+  void trackFrontWindow();
+
+  // The front ordinary window of a regular application; kNoWindow when there is none.
+  WindowNumber frontmostWindowNumber() const;
+  // 0 when unknown.
+  std::int32_t ownerPIDOfWindow(WindowNumber number) const;
+  // Empty when unknown or withheld.
+  std::string nameOfWindow(WindowNumber number) const;
+  // Whether one application owns all four corners of the main screen and its front window has no title.
+  bool isFrontWindowCoveringScreen(WindowNumber number) const;
+
+  TWFocusMode& focusModeModel;
+  Subscription focusTimer;
+  std::unique_ptr<OverlayWindow> focusWindow;  // made on first use, then kept
+  double alpha = 0.8;
+  WindowNumber lastWindowNumber = kNoWindow;  // the window that the veil was last placed for
+  std::unique_ptr<TWFocusModeViewController> focusModePreferences;
+
+ private:
+  void startTimer();
+  void stopTimer();
+  void makeFocusWindow(CollectionBehaviour behaviour);
+  void hideVeil();
+  Colour veilColour(const Colour& provisional) const;
+
+  SettingsStore& settings_;
+  VeilConflict& conflict_;
+  RunLoop& runLoop_;
+  const Workspace& workspace_;
+  WindowServer& windowServer_;
+  OverlayWindows& overlayWindows_;
+  PaneSurroundings paneSurroundings_;
+  bool isVeilInPlace_ = false;
+  Subscription frontWindowChanges_;
+  Subscription displayChanges_;
+};
+
+}  // namespace harbor
