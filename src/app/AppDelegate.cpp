@@ -14,12 +14,12 @@ constexpr StatusItem::Offset kMenuOffset{-0.5, 29.0};
 
 AppDelegate::AppDelegate(const Platform& platform)
     : appCodeSignedByApple(platform.application.compileCodeRequirement("anchor apple")),
+      applications(platform.fileManager, platform.applicationBundles),
       clipboardModel(platform.settings, platform.propertyLists, platform.fileManager,
                      platform.applicationBundles),
       platform_(platform),
       dialog_(platform.alertPanel, platform.settings),
       openWindows_(platform.application),
-      applications_(platform.fileManager, platform.applicationBundles),
       clipboard_(clipboardModel, platform.settings, platform.pasteboard, platform.runLoop, platform.text,
                  platform.applicationBundles, dialog_,
                  [this](const MenuItem& sender) { reloadApps(sender); }),
@@ -84,9 +84,9 @@ void AppDelegate::statusItemButtonClicked() {
 void AppDelegate::buildMenu(MenuBuild build) {
   mainMenu.clear();
   if (build == MenuBuild::first) {
-    applications_.reload();
+    applications.reload();
   } else {
-    applications_.prune();
+    applications.prune();
   }
 
   // A spacer stands between two groups of tools; each group's tools append their sections in order.
@@ -108,7 +108,7 @@ PaneSurroundings AppDelegate::paneSurroundings() {
 }
 
 void AppDelegate::reloadApps(const MenuItem&) {
-  applications_.reload();
+  applications.reload();
 }
 
 void AppDelegate::terminate(const MenuItem&) {

@@ -55,6 +55,7 @@ class AppDelegate {
   bool didApplicationChange = true;     // never consulted
   std::vector<std::string> systemApps;  // paths of applications that are never offered for uninstalling
   std::unique_ptr<CodeRequirement> appCodeSignedByApple;  // kept, never evaluated; null where not available
+  TWApplications applications;                            // the one inventory of installed applications
   TWClipboard clipboardModel;
   TWTintScreen tintScreenModel;
   TWFocusMode focusModeModel;
@@ -73,7 +74,6 @@ class AppDelegate {
   Platform platform_;
   TWDialog dialog_;
   OpenWindows openWindows_;
-  TWApplications applications_;
   ClipboardController clipboard_;
   ClearClipboardFormattingController clearClipboardFormatting_;
   VeilConflict veilConflict_;

@@ -4,19 +4,238 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 
+#include "platform/PropertyListCoding.h"
 #include "platform/memory/MemoryPlatform.h"
+#include "settings/SettingsKeys.h"
+#include "support/TemporaryFolder.h"
 
 namespace harbor {
 namespace {
 
+using Texts = std::vector<std::string>;
+
+RunningApplication launcher() {
+  return {300, "com.tidewell.LauncherApplication", std::nullopt, "LauncherApplication",
+          ActivationPolicy::accessory};
+}
+
 struct AppDelegateTest : testing::Test {
+  TemporaryFolder folder;
   MemoryPlatform platform;
-  AppDelegate app{platform.asPlatform()};
+  std::unique_ptr<AppDelegate> app;
+
+  void SetUp() override {
+    platform.fileManager.localApplications = {{folder.path(), true}};
+    app = std::make_unique<AppDelegate>(platform.asPlatform());
+  }
+
+  void start() { app->applicationDidFinishLaunching(); }
+  // Ends the program and starts it again with what it stored.
+  void restart() {
+    app.reset();
+    app = std::make_unique<AppDelegate>(platform.asPlatform());
+    start();
+  }
+  void leaveOn(const char* key) {
+    platform.settings.setBool(key, true);
+    app = std::make_unique<AppDelegate>(platform.asPlatform());
+  }
+  Texts boldTitles() {
+    platform.statusItem.click();
+    Texts titles;
+    for (const MenuItem& item : platform.statusItem.menu) {
+      if (item.bold) titles.push_back(item.title);
+    }
+    return titles;
+  }
 };
 
-TEST_F(AppDelegateTest, WithEveryToolOffNoTitleIsBold) {
-  app.applicationDidFinishLaunching();
+TEST_F(AppDelegateTest, BeforeTheStartNothingIsShownStartedOrWritten) {
+  EXPECT_TRUE(app->mainMenu.empty());
+  EXPECT_TRUE(app->didApplicationChange);
+  EXPECT_TRUE(app->systemApps.empty());
+  EXPECT_TRUE(app->applications.applicationsSorted.empty());
+  EXPECT_FALSE(app->clipboardModel.isClipboardEnabled);
+  EXPECT_FALSE(app->clearClipboardFormattingModel.isAutoClearClipboardFormattingEnabled);
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+  EXPECT_EQ(platform.statusItem.imageName, "");
+  EXPECT_FALSE(platform.statusItem.action);
+  EXPECT_EQ(platform.runLoop.runningTimers(), 0u);
+  EXPECT_EQ(platform.workspace.sleepObservers(), 0u);
+  EXPECT_TRUE(platform.settings.writtenKeys.empty());
+  EXPECT_EQ(platform.application.activations, 0);
+}
+
+TEST_F(AppDelegateTest, CompilesTheCodeRequirementAndKeepsIt) {
+  EXPECT_EQ(platform.application.compiledRequirements, Texts{"anchor apple"});
+  EXPECT_TRUE(app->appCodeSignedByApple);
+}
+
+TEST_F(AppDelegateTest, WithoutCodeSigningThereIsNoRequirementAndNoMessage) {
+  platform.application.compilesRequirements = false;
+  restart();
+  EXPECT_FALSE(app->appCodeSignedByApple);
+  EXPECT_EQ(platform.alertPanel.shown.size(), 1u);
+}
+
+TEST_F(AppDelegateTest, TheFirstStartWelcomesTheUser) {
+  start();
+  ASSERT_EQ(platform.alertPanel.shown.size(), 1u);
+  const Alert& alert = platform.alertPanel.shown[0];
+  EXPECT_EQ(alert.title, "Welcome to Harbor Tray!");
+  EXPECT_EQ(
+      alert.text,
+      "I am a menubar only app. Please click my icon from the menubar to get started. Hope you love me!");
+  EXPECT_EQ(alert.buttons, Texts{"OK"});
+  EXPECT_EQ(alert.suppressionTitle, "Do not show again");
+}
+
+TEST_F(AppDelegateTest, TheWelcomeComesBackUntilItsBoxIsTicked) {
+  start();
+  platform.alertPanel.answers = {{0, true}};
+  restart();
+  EXPECT_EQ(platform.alertPanel.shown.size(), 2u);
+  EXPECT_TRUE(platform.settings.boolForKey("StartMessageAlertSuppression"));
+  restart();
+  EXPECT_EQ(platform.alertPanel.shown.size(), 2u);
+}
+
+TEST_F(AppDelegateTest, WithTheWelcomeSuppressedTheMenuIsReadyAtOnce) {
+  platform.settings.setBool("StartMessageAlertSuppression", true);
+  start();
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+  EXPECT_FALSE(app->mainMenu.empty());
+  EXPECT_TRUE(platform.statusItem.choose({"Quit"}));
+}
+
+TEST_F(AppDelegateTest, NothingElseHappensBeforeTheWelcomeIsDismissed) {
+  leaveOn(settings_keys::clipboardEnabled);
+  platform.workspace.running = {launcher()};
+  bool shown = false;
+  platform.alertPanel.whileShown = [&](const Alert&) {
+    shown = true;
+    EXPECT_EQ(platform.statusItem.imageName, "");
+    EXPECT_FALSE(platform.statusItem.action);
+    EXPECT_TRUE(app->mainMenu.empty());
+    EXPECT_EQ(platform.runLoop.runningTimers(), 0u);
+    EXPECT_TRUE(platform.distributedNotifications.posted.empty());
+    EXPECT_EQ(platform.workspace.sleepObservers(), 0u);
+    EXPECT_TRUE(app->systemApps.empty());
+  };
+  start();
+  EXPECT_TRUE(shown);
+}
+
+TEST_F(AppDelegateTest, TheIconIsThereBeforeTheMenuIsBuilt) {
+  bool built = false;
+  platform.fileManager.whenAsked = [&](FileManager::Domain) {
+    built = true;
+    EXPECT_EQ(platform.statusItem.imageName, "StatusBarButtonImage");
+    EXPECT_EQ(platform.statusItem.imageMode, StatusItem::ImageMode::template_);
+    EXPECT_TRUE(platform.statusItem.action);
+    EXPECT_EQ(platform.workspace.sleepObservers(), 0u);
+  };
+  start();
+  EXPECT_TRUE(built);
+}
+
+TEST_F(AppDelegateTest, TheLauncherIsToldToQuitOnceTheMenuIsBuiltAndBeforeAnythingElse) {
+  leaveOn(settings_keys::clipboardEnabled);
+  platform.workspace.running = {{100, "org.example.Editor", std::nullopt, "Editor"}, launcher(), launcher()};
+  platform.distributedNotifications.whenPosted = [&] {
+    EXPECT_FALSE(app->mainMenu.empty());
+    EXPECT_EQ(platform.runLoop.runningTimers(), 1u);
+    EXPECT_EQ(platform.workspace.sleepObservers(), 0u);
+    EXPECT_EQ(platform.workspace.wakeObservers(), 0u);
+    EXPECT_TRUE(app->systemApps.empty());
+  };
+  start();
+  EXPECT_EQ(platform.distributedNotifications.posted,
+            (std::vector<std::pair<std::string, std::string>>{{"killLauncher", "com.tidewell.HarborTray"}}));
+}
+
+TEST_F(AppDelegateTest, WithoutALauncherNothingIsPosted) {
+  platform.workspace.running = {{100, "org.example.Editor", std::nullopt, "Editor"}};
+  platform.application.identifier.reset();
+  start();
+  EXPECT_TRUE(platform.distributedNotifications.posted.empty());
+}
+
+TEST_F(AppDelegateTest, ALauncherWithoutAnIdentifierOfOurOwnIsFatal) {
+  platform.workspace.running = {launcher()};
+  platform.application.identifier.reset();
+  EXPECT_DEATH(start(), "");
+}
+
+TEST_F(AppDelegateTest, TheStartSubscribesToSleepAndWakeAndTheEndUnsubscribes) {
+  start();
+  EXPECT_EQ(platform.workspace.sleepObservers(), 1u);
+  EXPECT_EQ(platform.workspace.wakeObservers(), 1u);
+  app.reset();
+  EXPECT_EQ(platform.workspace.sleepObservers(), 0u);
+  EXPECT_EQ(platform.workspace.wakeObservers(), 0u);
+}
+
+TEST_F(AppDelegateTest, XcodeIsKeptFromUninstalling) {
+  start();
+  EXPECT_EQ(app->systemApps, Texts{"/Applications/Xcode.app"});
+}
+
+TEST_F(AppDelegateTest, AStatusItemWithoutAButtonIsSkippedAndTheMenuIsBuilt) {
+  platform.statusItem.button = false;
+  start();
+  EXPECT_EQ(platform.statusItem.imageName, "");
+  EXPECT_FALSE(platform.statusItem.action);
+  EXPECT_FALSE(app->mainMenu.empty());
+  EXPECT_EQ(app->systemApps.size(), 1u);
+}
+
+TEST_F(AppDelegateTest, TheStartAloneMakesNoRegularApplication) {
+  start();
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::accessory);
+  EXPECT_EQ(platform.application.activations, 0);
+}
+
+TEST_F(AppDelegateTest, EndingWritesNothing) {
+  start();
+  platform.settings.writtenKeys.clear();
+  app->applicationWillTerminate();
+  app.reset();
+  EXPECT_TRUE(platform.settings.writtenKeys.empty());
+}
+
+TEST_F(AppDelegateTest, QuitEndsTheProgram) {
+  start();
+  EXPECT_FALSE(platform.application.terminated);
+  EXPECT_TRUE(platform.statusItem.choose({"Quit"}));
+  EXPECT_TRUE(platform.application.terminated);
+}
+
+TEST_F(AppDelegateTest, AClickPopsUpAFreshMenuAtTheIcon) {
+  start();
+  EXPECT_EQ(platform.statusItem.popUps, 0);
+  platform.statusItem.click();
+  EXPECT_EQ(platform.statusItem.popUps, 1);
+  EXPECT_DOUBLE_EQ(platform.statusItem.offset.fractionOfWidth, -0.5);
+  EXPECT_DOUBLE_EQ(platform.statusItem.offset.y, 29.0);
+  EXPECT_EQ(describeMenu(platform.statusItem.menu), describeMenu(app->mainMenu));
+}
+
+TEST_F(AppDelegateTest, AnActionShowsAtTheNextClickAndNotBefore) {
+  start();
+  platform.statusItem.click();
+  const std::string before = describeMenu(platform.statusItem.menu);
+  app->clipboardModel.isClipboardEnabled = true;
+  EXPECT_EQ(describeMenu(platform.statusItem.menu), before);
+  EXPECT_EQ(describeMenu(app->mainMenu), before);
+  platform.statusItem.close();
+  EXPECT_EQ(boldTitles(), Texts{"Clipboard"});
+}
+
+TEST_F(AppDelegateTest, TheSectionsComeInTheirOrder) {
+  start();
   platform.statusItem.click();
   Menu topLevel = platform.statusItem.menu;
   for (MenuItem& item : topLevel)
@@ -35,16 +254,8 @@ TEST_F(AppDelegateTest, WithEveryToolOffNoTitleIsBold) {
             "[ ] Quit action\n");
 }
 
-TEST_F(AppDelegateTest, AToolThatIsSwitchedOnIsBoldAtTheNextOpening) {
-  app.applicationDidFinishLaunching();
-  ASSERT_TRUE(platform.statusItem.choose({"Focus Mode", "Enable"}));
-  platform.statusItem.click();
-  for (const MenuItem& item : platform.statusItem.menu)
-    EXPECT_EQ(item.bold, item.title == "Focus Mode") << item.title;
-}
-
 TEST_F(AppDelegateTest, SleepAndWakeReachTheCountdown) {
-  app.applicationDidFinishLaunching();
+  start();
   ASSERT_TRUE(platform.statusItem.choose({"Prevent Sleep", "Enable"}));
   platform.workspace.sleep();
   platform.runLoop.jump(std::chrono::seconds(100));
@@ -57,10 +268,59 @@ TEST_F(AppDelegateTest, SleepAndWakeReachTheCountdown) {
   })) << describeMenu(menu);
 }
 
-TEST_F(AppDelegateTest, QuitEndsTheProgram) {
-  app.applicationDidFinishLaunching();
-  EXPECT_TRUE(platform.statusItem.choose({"Quit"}));
-  EXPECT_TRUE(platform.application.terminated);
+TEST_F(AppDelegateTest, WithEveryToolOffNoTitleIsBold) {
+  start();
+  EXPECT_EQ(boldTitles(), Texts{});
+  EXPECT_EQ(platform.runLoop.runningTimers(), 0u);
+}
+
+TEST_F(AppDelegateTest, AToolThatIsSwitchedOnIsBoldAtTheNextOpening) {
+  start();
+  EXPECT_TRUE(platform.statusItem.choose({"Clipboard", "Enable"}));
+  EXPECT_EQ(boldTitles(), Texts{"Clipboard"});
+  EXPECT_TRUE(platform.statusItem.choose({"Clear Clipboard Formatting", "Automatically Clear"}));
+  EXPECT_TRUE(platform.statusItem.choose({"Focus Mode", "Enable"}));
+  EXPECT_EQ(boldTitles(), (Texts{"Focus Mode", "Clipboard", "Clear Clipboard Formatting"}));
+  EXPECT_TRUE(platform.statusItem.choose({"Clipboard", "Enable"}));
+  EXPECT_EQ(boldTitles(), (Texts{"Focus Mode", "Clear Clipboard Formatting"}));
+}
+
+TEST_F(AppDelegateTest, ClipboardToolsLeftOnResumeAtTheStart) {
+  start();
+  platform.statusItem.choose({"Clipboard", "Enable"});
+  platform.statusItem.choose({"Clear Clipboard Formatting", "Automatically Clear"});
+  platform.pasteboard.copy("kept");
+  platform.runLoop.advance(std::chrono::seconds(1));
+  restart();
+  EXPECT_EQ(platform.runLoop.runningTimers(), 2u);
+  platform.pasteboard.copyRich("styled");
+  platform.runLoop.advance(std::chrono::seconds(1));
+  EXPECT_FALSE(platform.pasteboard.richText);
+  EXPECT_EQ(app->clipboardModel.clipboardData, (std::vector<SharedText>{"styled", "kept"}));
+}
+
+TEST_F(AppDelegateTest, TheFirstBuildLoadsTheInventoryAndLaterOnesOnlyPruneIt) {
+  const FileUrl kept{folder.makeFolder("Kept.app")};
+  folder.makeFolder("Deleted.app");
+  start();
+  EXPECT_EQ(app->applications.applicationsSorted.size(), 2u);
+
+  folder.remove("Deleted.app");
+  const FileUrl added{folder.makeFolder("Added.app")};
+  platform.statusItem.click();
+  EXPECT_EQ(app->applications.applicationsSorted, std::vector<FileUrl>{kept});
+
+  platform.statusItem.choose({"Clipboard", "Blacklist Apps", "Reload Apps"});
+  EXPECT_EQ(app->applications.applicationsSorted, (std::vector<FileUrl>{added, kept}));
+}
+
+TEST_F(AppDelegateTest, WhatIsLoadedIsReadOnceAndWrittenAtEachAction) {
+  start();
+  platform.settings.setBool(settings_keys::clipboardEnabled, true);
+  EXPECT_EQ(boldTitles(), Texts{});
+  platform.settings.writtenKeys.clear();
+  platform.statusItem.choose({"Clear Clipboard Formatting", "Automatically Clear"});
+  EXPECT_EQ(platform.settings.writtenKeys, Texts{"AutoClearClipboardFormattingEnabled"});
 }
 
 }  // namespace

@@ -48,6 +48,8 @@ class MemoryWorkspace : public Workspace {
 
   void sleep() { willSleep_.notify(); }
   void wake() { didWake_.notify(); }
+  std::size_t sleepObservers() const { return willSleep_.count(); }
+  std::size_t wakeObservers() const { return didWake_.count(); }
   void changeSpace() { activeSpace_.notify(); }
 
   std::vector<RunningApplication> running;
