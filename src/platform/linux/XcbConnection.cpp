@@ -165,4 +165,14 @@ void XcbConnection::dispatchReplies() {
   }
 }
 
+xcb_atom_t xTraySelection(const XcbConnection& x) {
+  return x.atom("_NET_SYSTEM_TRAY_S" + std::to_string(x.screenNumber()));
+}
+
+xcb_window_t xTrayOwner(const XcbConnection& x) {
+  const XcbOwned<xcb_get_selection_owner_reply_t> reply(
+      xcb_get_selection_owner_reply(x.get(), xcb_get_selection_owner(x.get(), xTraySelection(x)), nullptr));
+  return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 }  // namespace harbor

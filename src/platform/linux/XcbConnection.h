@@ -105,4 +105,9 @@ class XcbConnection {
   std::unique_ptr<Loop> loop_;
 };
 
+// The selection whose owner is the tray of older panels (XEmbed) on the connection's screen.
+xcb_atom_t xTraySelection(const XcbConnection& x);
+// That tray's window; XCB_WINDOW_NONE when there is none.
+xcb_window_t xTrayOwner(const XcbConnection& x);
+
 }  // namespace harbor

@@ -1,0 +1,71 @@
+#include "platform/linux/LinuxAlertPanel.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <algorithm>
+#include <vector>
+
+#include "platform/linux/DisplayText.h"
+#include "platform/linux/LinuxApplication.h"
+
+namespace harbor {
+namespace {
+
+QMessageBox::ButtonRole roleOfButton(std::size_t index, std::size_t count) {
+  if (index == 0) return QMessageBox::AcceptRole;
+  return index + 1 == count ? QMessageBox::RejectRole : QMessageBox::ActionRole;
+}
+
+}  // namespace
+
+AlertResult LinuxAlertPanel::run(const Alert& alert) {
+  QMessageBox box;
+  // A plain window, not a dialog: Qt makes a dialog without parent transient for the program's hidden leader,
+  // and task bars leave such windows out.
+  box.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                     Qt::WindowCloseButtonHint);
+  box.setWindowTitle(QString::fromLatin1(kApplicationName));
+  box.setIcon(QMessageBox::Warning);
+  box.setText(withoutControls(alert.title));
+  box.setInformativeText(QString::fromStdString(alert.text));
+  // The second label has no setter of its own and would take mark-up.
+  for (QLabel* const label : box.findChildren<QLabel*>())
+    label->setTextFormat(Qt::PlainText);
+  if (auto* const title = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+  }
+
+  std::vector<QAbstractButton*> buttons;
+  for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
+    buttons.push_back(
+        box.addButton(withoutMnemonics(alert.buttons[index]), roleOfButton(index, alert.buttons.size())));
+  }
+  if (!buttons.empty()) {
+    box.setDefaultButton(qobject_cast<QPushButton*>(buttons.front()));
+    box.setEscapeButton(buttons.back());
+  }
+  QCheckBox* suppression = nullptr;
+  if (alert.suppressionTitle) {
+    suppression = new QCheckBox(withoutMnemonics(*alert.suppressionTitle));
+    box.setCheckBox(suppression);
+  }
+
+  const Subscription modal = modalWindows_.enter(box);
+  box.setWindowModality(Qt::ApplicationModal);
+  box.show();
+  userTime_.bringToFront(box);
+  box.exec();
+
+  const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  if (clicked == buttons.end()) {
+    const int last = buttons.empty() ? 0 : static_cast<int>(buttons.size()) - 1;
+    return {last, false};
+  }
+  return {static_cast<int>(clicked - buttons.begin()), suppression && suppression->isChecked()};
+}
+
+}  // namespace harbor

@@ -1,0 +1,23 @@
+// Modal alerts as message boxes.
+#pragma once
+
+#include "platform/AlertPanel.h"
+#include "platform/linux/ModalWindows.h"
+#include "platform/linux/UserTime.h"
+
+namespace harbor {
+
+class LinuxAlertPanel : public AlertPanel {
+ public:
+  LinuxAlertPanel(ModalWindows& modalWindows, UserTime& userTime)
+      : modalWindows_(modalWindows), userTime_(userTime) {}
+
+  // When the program is told to end meanwhile, the alert counts as cancelled with the box not ticked.
+  AlertResult run(const Alert& alert) override;
+
+ private:
+  ModalWindows& modalWindows_;
+  UserTime& userTime_;
+};
+
+}  // namespace harbor

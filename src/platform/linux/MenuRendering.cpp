@@ -1,0 +1,140 @@
+#include "platform/linux/MenuRendering.h"
+
+#include <QAction>
+#include <QIcon>
+#include <QPainter>
+#include <QPixmap>
+
+#include "platform/linux/DisplayText.h"
+
+namespace harbor {
+namespace {
+
+constexpr int kLabelCharacters = 200;
+// A point of the Mac is a logical pixel.
+constexpr int kBoldPixelSize = 14;
+
+// A menu's entry together with what it stands for.
+class MenuAction : public QAction {
+ public:
+  using QAction::QAction;
+  MenuItem item;
+};
+
+bool hasSubmenu(const MenuItem& item) {
+  return item.hasSubmenu || !item.submenu.empty();
+}
+
+bool isChecked(const MenuItem& item) {
+  return item.state == MenuItem::State::on;
+}
+
+// The mark of what is bold, which also exported menus can show. Its colour is read on light and on dark.
+const QIcon& dotIcon() {
+  static const QIcon icon = [] {
+    QIcon dot;
+    for (const int size : {16, 32}) {
+      QPixmap pixmap(size, size);
+      pixmap.fill(Qt::transparent);
+      QPainter painter(&pixmap);
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(QColor(0x35, 0x84, 0xe4));
+      painter.drawEllipse(QRectF(size * 0.25, size * 0.25, size * 0.5, size * 0.5));
+      dot.addPixmap(pixmap);
+    }
+    return dot;
+  }();
+  return icon;
+}
+
+// Whether the entry can become the item by changing its texts alone. Panels are told of changed properties,
+// not of vanished ones, so a check mark or a dot that goes away takes a new entry.
+bool canBecome(const MenuAction& action, const MenuItem& item) {
+  return action.item.kind == item.kind && (action.menu() != nullptr) == hasSubmenu(item) &&
+         action.isCheckable() == isChecked(item) && action.item.bold == item.bold;
+}
+
+MenuAction* newAction(QMenu& target, const MenuItem& item, const MenuItemChosen& chosen) {
+  auto* const action = new MenuAction(&target);
+  if (item.kind == MenuItem::Kind::separator) {
+    action->setSeparator(true);
+    return action;
+  }
+  if (hasSubmenu(item)) {
+    auto* const submenu = new QMenu(&target);
+    submenu->setToolTipsVisible(true);
+    action->setMenu(submenu);
+  }
+  action->setCheckable(isChecked(item));
+  if (item.bold) {
+    QFont font = target.font();
+    font.setBold(true);
+    font.setPixelSize(kBoldPixelSize);
+    action->setFont(font);
+    action->setIcon(dotIcon());
+    action->setIconVisibleInMenu(true);
+  }
+  QObject::connect(action, &QAction::triggered, action, [action, chosen] {
+    // What the toolkit has just toggled is for the models to say.
+    action->setChecked(isChecked(action->item));
+    if (action->item.action) chosen(MenuItem(action->item));
+  });
+  return action;
+}
+
+void update(MenuAction& action, const MenuItem& item, MenuLabels labels, const MenuItemChosen& chosen) {
+  if (action.menu()) renderMenu(*action.menu(), item.submenu, labels, chosen);
+  action.item = item;
+  action.item.submenu.clear();
+  if (item.kind == MenuItem::Kind::separator) return;
+  const bool isSpacer = item.kind == MenuItem::Kind::spacer;
+  action.setText(isSpacer ? QString() : menuLabel(item.title, labels));
+  action.setToolTip(toolTipText(item.toolTip));
+  action.setEnabled(item.enabled && !isSpacer);
+  action.setChecked(isChecked(item));
+}
+
+void removeAction(QMenu& target, QAction* action) {
+  QMenu* const submenu = action->menu();
+  target.removeAction(action);
+  delete action;
+  delete submenu;
+}
+
+}  // namespace
+
+void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuItemChosen& chosen) {
+  qsizetype at = 0;
+  for (const MenuItem& item : menu) {
+    const QList<QAction*> actions = target.actions();
+    QAction* const next = at < actions.size() ? actions.at(at) : nullptr;
+    auto* action = static_cast<MenuAction*>(next);
+    if (!action || !canBecome(*action, item)) {
+      action = newAction(target, item, chosen);
+      update(*action, item, labels, chosen);
+      target.insertAction(next, action);
+      // An entry that only lost or got its mark is replaced; anything else may still fit further down.
+      if (next && static_cast<MenuAction*>(next)->item.title == item.title && !item.title.empty())
+        removeAction(target, next);
+    } else {
+      update(*action, item, labels, chosen);
+    }
+    ++at;
+  }
+  for (QAction* const surplus : target.actions().mid(at))
+    removeAction(target, surplus);
+}
+
+QString menuLabel(const std::string& title, MenuLabels labels) {
+  QString label = firstCharacters(withoutControls(title), kLabelCharacters);
+  if (labels == MenuLabels::drawn) return label.replace(QLatin1Char('&'), QLatin1String("&&"));
+
+  label.replace(QLatin1Char('_'), QLatin1String("__"));
+  // The first ampersand becomes the sign for a mnemonic, which the doubled one then is: it shows as itself.
+  const qsizetype first = label.indexOf(QLatin1Char('&'));
+  if (first >= 0 && first < label.size() - 1) label.insert(first, QLatin1Char('&'));
+  return label;
+}
+
+}  // namespace harbor

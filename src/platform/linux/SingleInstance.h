@@ -1,0 +1,39 @@
+// Sees to it that the program runs once in a session: a second start has the first one show its menu and
+// ends.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace harbor {
+
+// The first instance owns the name com.tidewell.HarborTray on the session bus and answers to
+// org.freedesktop.Application.Activate there. Without a session bus it listens on a socket that is named
+// after the user and the display instead.
+class SingleInstance {
+ public:
+  enum class Role { first, second };
+
+  // `activated` is called in the first instance, from its event loop, each time that the program is started
+  // again.
+  explicit SingleInstance(std::function<void()> activated);
+  ~SingleInstance();
+  SingleInstance(const SingleInstance&) = delete;
+  SingleInstance& operator=(const SingleInstance&) = delete;
+
+  // Second: the first instance has been told, or did not answer in time.
+  Role claim();
+
+ private:
+  class BusObject;
+  class Socket;
+
+  Role claimBusName();
+  Role claimSocket();
+
+  std::function<void()> activated_;
+  std::unique_ptr<BusObject> busObject_;
+  std::unique_ptr<Socket> socket_;
+};
+
+}  // namespace harbor

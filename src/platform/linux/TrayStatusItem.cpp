@@ -1,0 +1,173 @@
+#include "platform/linux/TrayStatusItem.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QLabel>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "platform/linux/DesktopNotification.h"
+#include "platform/linux/LinuxApplication.h"
+#include "platform/linux/MenuRendering.h"
+#include "platform/linux/TemplateImage.h"
+
+namespace harbor {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A panel says that its menu has closed just before or just after it says what was chosen.
+constexpr auto kClosing = 100ms;
+// A panel that has just started is there before it is painted.
+constexpr auto kPanelPainted = 2s;
+
+}  // namespace
+
+TrayStatusItem::TrayStatusItem(XcbConnection* x, ModalWindows& modalWindows, UserTime& userTime)
+    : x_(x), modalWindows_(modalWindows), userTime_(userTime), finder_(x) {
+  menu_.setToolTipsVisible(true);
+  closing_.setSingleShot(true);
+  closing_.setInterval(kClosing);
+  QObject::connect(&closing_, &QTimer::timeout, &mainThread_, [this] { runDidClose(); });
+  QObject::connect(&menu_, &QMenu::aboutToHide, &mainThread_, [this] { closing_.start(); });
+  QObject::connect(&menu_, &QMenu::aboutToShow, &mainThread_, [this] {
+    if (filling_ != Filling::none) return;
+    // A menu that a panel opens while a modal window is up stays as it was; choosing from it leads to that
+    // window.
+    if (modalWindows_.isUp()) return;
+    fill(kind_ == TrayKind::statusNotifier ? Filling::forHost : Filling::forScreen);
+    updateIcon();
+  });
+}
+
+TrayStatusItem::~TrayStatusItem() = default;
+
+void TrayStatusItem::setImage(std::string_view name, ImageMode mode) {
+  imageName_ = name;
+  imageMode_ = mode;
+  if (icon_) updateIcon();
+}
+
+void TrayStatusItem::setAction(std::function<void()> clicked) {
+  const bool isFirst = !action_;
+  action_ = std::move(clicked);
+  if (!isFirst) return;
+  finder_.start({
+      [this](TrayKind kind) { showIcon(kind); },
+      [] {
+        notifyDesktop("Harbor Tray is running",
+                      "This desktop shows no tray, so there is no icon to click. "
+                      "Start Harbor Tray again to open its menu.");
+      },
+      [this] { QTimer::singleShot(kPanelPainted, &mainThread_, [this] { updateIcon(); }); },
+  });
+  if (std::exchange(isMenuWanted_, false))
+    QMetaObject::invokeMethod(
+        &mainThread_, [this] { showMenu(); }, Qt::QueuedConnection);
+}
+
+void TrayStatusItem::showIcon(TrayKind kind) {
+  kind_ = kind;
+  icon_ = std::make_unique<QSystemTrayIcon>();
+  QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &mainThread_,
+                   [this](QSystemTrayIcon::ActivationReason reason) {
+                     if (reason == QSystemTrayIcon::Trigger) showMenu();
+                   });
+  tone_ = panelTone(x_);
+  icon_->setIcon(templateIcon(imageName_, tone_));
+  icon_->setToolTip(QString::fromLatin1(kApplicationName));
+  icon_->setContextMenu(&menu_);
+  icon_->show();
+  QTimer::singleShot(kPanelPainted, &mainThread_, [this] { updateIcon(); });
+}
+
+void TrayStatusItem::updateIcon() {
+  if (!icon_) return;
+  if (const PanelTone tone = panelTone(x_); std::exchange(tone_, tone) != tone)
+    icon_->setIcon(templateIcon(imageName_, tone));
+}
+
+void TrayStatusItem::fill(Filling filling) {
+  if (!action_) return;
+  const Filling outer = std::exchange(filling_, filling);
+  action_();
+  filling_ = outer;
+}
+
+void TrayStatusItem::popUp(Menu menu, Offset, std::function<void()> didClose) {
+  // A panel need not say that its menu has closed.
+  runDidClose();
+  didClose_ = std::move(didClose);
+  renderMenu(menu_, menu, filling_ == Filling::forHost ? MenuLabels::exported : MenuLabels::drawn,
+             [this](const MenuItem& item) { choose(item); });
+  if (filling_ == Filling::none) popUpAtPointer();
+}
+
+void TrayStatusItem::showMenu() {
+  userTime_.note();
+  if (modalWindows_.isUp()) {
+    modalWindows_.bringToFront();
+    return;
+  }
+  if (!action_) {
+    isMenuWanted_ = true;
+    return;
+  }
+  if (menu_.isVisible()) menu_.hide();
+  fill(Filling::forScreen);
+  if (x_) {
+    popUpAtPointer();
+  } else {
+    showMenuWindow();
+  }
+  updateIcon();
+}
+
+void TrayStatusItem::popUpAtPointer() {
+  const Filling outer = std::exchange(filling_, Filling::forScreen);
+  menu_.popup(QCursor::pos());
+  filling_ = outer;
+}
+
+void TrayStatusItem::showMenuWindow() {
+  // Without X11 a menu can only hang below a window of the program.
+  if (!menuWindow_) {
+    menuWindow_ = std::make_unique<QWidget>();
+    menuWindow_->setWindowTitle(QString::fromLatin1(kApplicationName));
+    auto* const layout = new QVBoxLayout(menuWindow_.get());
+    auto* const sentence = new QLabel(QStringLiteral(
+        "The clipboard tools and everything that covers the screen need X11 and are switched off here."));
+    sentence->setWordWrap(true);
+    auto* const button = new QToolButton;
+    button->setText(QStringLiteral("Open Menu"));
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setMenu(&menu_);
+    layout->addWidget(sentence);
+    layout->addWidget(button);
+  }
+  menuWindow_->show();
+  userTime_.bringToFront(*menuWindow_);
+}
+
+void TrayStatusItem::choose(const MenuItem& item) {
+  userTime_.note();
+  // Queued, because whoever clicked waits for the click to return: an alert must not run inside of it.
+  QMetaObject::invokeMethod(
+      &mainThread_,
+      [this, item] {
+        if (modalWindows_.isUp()) {
+          modalWindows_.bringToFront();
+        } else {
+          item.action(item);
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+void TrayStatusItem::runDidClose() {
+  closing_.stop();
+  if (const auto didClose = std::exchange(didClose_, nullptr)) didClose();
+}
+
+}  // namespace harbor

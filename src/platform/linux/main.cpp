@@ -1,0 +1,136 @@
+// The program: puts the Linux platform below the application controller and runs the event loop.
+
+#include <QApplication>
+#include <array>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+
+#include "app/AppDelegate.h"
+#include "platform/icu/IcuText.h"
+#include "platform/linux/DisplayServer.h"
+#include "platform/linux/LinuxAlertPanel.h"
+#include "platform/linux/LinuxApplication.h"
+#include "platform/linux/LinuxDistributedNotifications.h"
+#include "platform/linux/LinuxRunLoop.h"
+#include "platform/linux/ModalWindows.h"
+#include "platform/linux/SingleInstance.h"
+#include "platform/linux/TerminationSignals.h"
+#include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/UserTime.h"
+#include "platform/linux/XcbConnection.h"
+#include "platform/memory/MemoryPlatform.h"
+
+namespace harbor {
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: harbor-tray [--help | --version]\n"
+    "\n"
+    "Harbor Tray lives in the tray of the panel: click its icon for the menu.\n"
+    "Where it runs already, another start opens its menu and ends.\n"
+    "\n"
+    "  -h, --help     show this text\n"
+    "  -v, --version  show the version\n";
+
+// What the command line alone decides: the exit status, or nothing when the program is to run.
+std::optional<int> answerCommandLine(int argc, char** argv) {
+  for (int index = 1; index < argc; ++index) {
+    const std::string_view argument = argv[index];
+    if (argument == "--help" || argument == "-h") {
+      std::fputs(kUsage, stdout);
+      return 0;
+    }
+    if (argument == "--version" || argument == "-v") {
+      std::puts("Harbor Tray " HARBOR_VERSION);
+      return 0;
+    }
+    std::fprintf(stderr, "harbor-tray: unknown argument \"%s\"; see harbor-tray --help\n", argv[index]);
+    return 2;
+  }
+  return std::nullopt;
+}
+
+// Everything that the seam asks for, in the order in which one part needs another.
+struct LinuxPlatform {
+  std::unique_ptr<XcbConnection> x = XcbConnection::open();
+  UserTime userTime{x.get()};
+  ModalWindows modalWindows{userTime};
+  LinuxRunLoop runLoop;
+  LinuxApplication application{modalWindows, userTime};
+  TrayStatusItem statusItem{x.get(), modalWindows, userTime};
+  LinuxAlertPanel alertPanel{modalWindows, userTime};
+  LinuxDistributedNotifications distributedNotifications;
+  IcuText text;
+  LibplistCoder propertyLists;
+  MemoryPlatform memory;
+
+  Platform asPlatform() {
+    return {memory.settings,
+            propertyLists,
+            text,
+            runLoop,
+            runLoop,
+            application,
+            statusItem,
+            alertPanel,
+            memory.pasteboard,
+            memory.workspace,
+            distributedNotifications,
+            memory.applicationBundles,
+            memory.fileManager,
+            memory.windowServer,
+            memory.overlayWindows,
+            memory.pointerMonitor,
+            memory.powerManager,
+            memory.colourPanes,
+            memory.openPanel,
+            memory.folderBookmarks,
+            memory.cleanupProgress,
+            {},
+            {}};
+  }
+};
+
+int run(char* program) {
+  const DisplayServer display = findDisplayServer();
+  if (display.qtPlatform.empty()) {
+    std::fprintf(stderr, "harbor-tray: %s\n", display.problem.c_str());
+    return 1;
+  }
+
+  // Nothing here is drawn with OpenGL, and its libraries would take more memory than the rest of the program.
+  const bool hasGlChoice = qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION");
+  if (!hasGlChoice) qputenv("QT_XCB_GL_INTEGRATION", "none");
+  std::string platformOption = "-platform";
+  std::string platformName = display.qtPlatform;
+  std::array<char*, 4> arguments{program, platformOption.data(), platformName.data(), nullptr};
+  int argumentCount = 3;
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setApplicationName(QString::fromLatin1(kApplicationIdentifier));
+  QApplication::setApplicationDisplayName(QString::fromLatin1(kApplicationName));
+  QApplication::setDesktopFileName(QString::fromLatin1(kApplicationIdentifier));
+  QApplication application(argumentCount, arguments.data());
+  // Programs that are started from here make their own choice.
+  if (!hasGlChoice) qunsetenv("QT_XCB_GL_INTEGRATION");
+
+  std::unique_ptr<LinuxPlatform> platform;
+  SingleInstance instance([&platform] { platform->statusItem.showMenu(); });
+  if (instance.claim() == SingleInstance::Role::second) return 0;
+
+  platform = std::make_unique<LinuxPlatform>();
+  const TerminationSignals termination([&platform] { platform->application.terminate(); });
+  AppDelegate delegate(platform->asPlatform());
+  platform->runLoop.async([&delegate] { delegate.applicationDidFinishLaunching(); });
+  const int status = QApplication::exec();
+  delegate.applicationWillTerminate();
+  return status;
+}
+
+}  // namespace
+}  // namespace harbor
+
+int main(int argc, char** argv) {
+  if (const auto status = harbor::answerCommandLine(argc, argv)) return *status;
+  return harbor::run(argv[0]);
+}
