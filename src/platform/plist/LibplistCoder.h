@@ -1,4 +1,5 @@
-// Property lists by libplist, behind a check that keeps hostile input from exhausting stack or memory.
+// Property lists for platforms without Foundation: the binary form by a reader and writer of our own, the XML
+// form by libplist, both behind limits that keep hostile input from exhausting stack, memory or time.
 #pragma once
 
 #include "platform/PropertyListCoder.h"

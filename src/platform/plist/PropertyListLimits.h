@@ -1,0 +1,31 @@
+// What a property list may amount to. Encoding keeps to the same limits as decoding, so that whatever the
+// program stores it can also read again.
+#pragma once
+
+#include <cstdint>
+
+namespace harbor {
+
+// Counts the values that a property list unfolds to, each as often as it is referred to.
+class PropertyListLimits {
+ public:
+  static constexpr int kDeepest = 128;  // arrays and dictionaries within each other
+  static constexpr std::uint64_t kMostValues = 1'000'000;
+  static constexpr std::uint64_t kMostBytes = std::uint64_t{256} << 20;  // of the encoded form, too
+
+  // False when this value is one too many, or lies too deep; the root's depth is 0.
+  bool admitValue(int depth) { return depth <= kDeepest && ++values_ <= kMostValues; }
+
+  // False when the bytes of this text or data are too many.
+  bool admitBytes(std::uint64_t count) {
+    if (count > kMostBytes - bytes_) return false;
+    bytes_ += count;
+    return true;
+  }
+
+ private:
+  std::uint64_t values_ = 0;
+  std::uint64_t bytes_ = 0;
+};
+
+}  // namespace harbor
