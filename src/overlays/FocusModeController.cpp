@@ -5,6 +5,7 @@
 #include <chrono>
 #include <vector>
 
+#include "overlays/OverlaySection.h"
 #include "overlays/TWColor.h"
 #include "settings/SettingsKeys.h"
 
@@ -84,7 +85,8 @@ void FocusModeController::appendSection(Menu& menu, MenuBuild build) {
   submenu.push_back(MenuItem::separator());
   submenu.push_back(
       menuItem("Preferences", [this](const MenuItem& sender) { displayFocusModePreferences(sender); }));
-  menu.push_back(menuSection("Focus Mode", std::move(submenu), focusModeModel.isFocusModeEnabled));
+  appendOverlaySection(menu, "Focus Mode", std::move(submenu), focusModeModel.isFocusModeEnabled,
+                       overlayWindows_);
 
   applyFocusMode();
 }

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "overlays/OverlaySection.h"
 #include "settings/SettingsKeys.h"
 
 namespace harbor {
@@ -36,8 +37,8 @@ void HideDesktopIconsController::appendSection(Menu& menu, MenuBuild) {
   submenu.push_back(menuItem(
       "Enable", [this](const MenuItem& sender) { hideDesktopIconsEnabled(sender); },
       stateFor(hideDesktopIconsModel.isHideDesktopIconsEnabled)));
-  menu.push_back(
-      menuSection("Hide Desktop Icons", std::move(submenu), hideDesktopIconsModel.isHideDesktopIconsEnabled));
+  appendOverlaySection(menu, "Hide Desktop Icons", std::move(submenu),
+                       hideDesktopIconsModel.isHideDesktopIconsEnabled, overlayWindows_);
 
   applyHideDesktopIcons();
 }

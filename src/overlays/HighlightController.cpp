@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "overlays/OverlaySection.h"
 #include "settings/SettingsKeys.h"
 
 namespace harbor {
@@ -40,8 +41,8 @@ void HighlightController::appendSection(Menu& menu, MenuBuild) {
   submenu.push_back(MenuItem::separator());
   appendOptions(submenu, TWHighlightMouseClicks::availableSizes, model.selectedSize,
                 [this](const MenuItem& sender) { sizeClicked(sender); });
-  menu.push_back(
-      menuSection("Highlight Mouse Cursor", std::move(submenu), model.isHighlightMouseClicksEnabled));
+  appendOverlaySection(menu, "Highlight Mouse Cursor", std::move(submenu),
+                       model.isHighlightMouseClicksEnabled, overlayWindows_);
 
   applyHighlight();
 }

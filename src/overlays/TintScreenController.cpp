@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "overlays/OverlaySection.h"
 #include "overlays/TWColor.h"
 #include "settings/SettingsKeys.h"
 
@@ -61,7 +62,8 @@ void TintScreenController::appendSection(Menu& menu, MenuBuild) {
   submenu.push_back(MenuItem::separator());
   submenu.push_back(
       menuItem("Preferences", [this](const MenuItem& sender) { displayTintScreenPreferences(sender); }));
-  menu.push_back(menuSection("Tint Screen", std::move(submenu), tintScreenModel.isTintScreenEnabled));
+  appendOverlaySection(menu, "Tint Screen", std::move(submenu), tintScreenModel.isTintScreenEnabled,
+                       overlayWindows_);
 
   applyTintScreen();
 }

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "base/Colour.h"
 #include "base/Drawing.h"
@@ -74,7 +76,10 @@ class OverlayWindows {
  public:
   virtual ~OverlayWindows() = default;
 
-  // Never null. Where the platform cannot show overlays the window is one that does nothing.
+  // One sentence for the user where the platform cannot show overlays; nothing where it can.
+  virtual std::optional<std::string> unavailableReason() const = 0;
+
+  // Never null. Where overlays are not available the window is one that does nothing.
   virtual std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/OverlayWindows.h"
@@ -59,6 +60,7 @@ class MemoryOverlayWindows : public OverlayWindows {
  public:
   explicit MemoryOverlayWindows(MemoryWindowServer& windowServer) : server(windowServer) {}
 
+  std::optional<std::string> unavailableReason() const override { return unavailable; }
   std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) override {
     return std::make_unique<MemoryOverlayWindow>(*this, spec);
   }
@@ -69,6 +71,7 @@ class MemoryOverlayWindows : public OverlayWindows {
   MemoryWindowServer& server;
   std::vector<MemoryOverlayWindow*> windows;  // those that exist, in the order in which they were made
   int made = 0;
+  std::optional<std::string> unavailable;
 };
 
 }  // namespace harbor
