@@ -93,8 +93,11 @@ Menu ClipboardController::historyRows() {
 
 void ClipboardController::clipboardEnabled(const MenuItem& sender) {
   const bool enables = sender.state != MenuItem::State::on;
-  // What is on the pasteboard now was copied while nothing was to be recorded.
-  if (enables) lastChangeCount = pasteboard_.changeCount();
+  // What is on the pasteboard now was copied while nothing was to be recorded, or is a chosen entry.
+  if (enables) {
+    lastChangeCount = pasteboard_.changeCount();
+    didClickClipboard = false;
+  }
   clipboardModel.isClipboardEnabled = enables;
   settings_.setBool(settings_keys::clipboardEnabled, enables);
   if (enables) {
@@ -108,6 +111,7 @@ void ClipboardController::clipboardClicked(const SharedText& entry) {
   if (clipboardTimer) tick();
   didClickClipboard = true;
   pasteboard_.setString(entry.string());
+  clickedChangeCount_ = pasteboard_.changeCount();
 }
 
 void ClipboardController::clipboardClearAll(const MenuItem&) {
@@ -150,6 +154,12 @@ void ClipboardController::tick() {
   const std::int64_t changeCount = pasteboard_.changeCount();
   if (changeCount == lastChangeCount) return;
   lastChangeCount = changeCount;
+
+  // Whatever application is in front: otherwise the mark would stay and cost the user the next copy.
+  if (didClickClipboard && changeCount == clickedChangeCount_) {
+    didClickClipboard = false;
+    return;
+  }
 
   const auto source = pasteboard_.sourceApplication();
   if (!source || !source->bundleUrl) return;

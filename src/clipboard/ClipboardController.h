@@ -52,6 +52,8 @@ class ClipboardController {
   MenuItem blacklistSubmenu();
   Menu historyRows();
 
+  std::int64_t clickedChangeCount_ = 0;  // the change by which an entry was put back last
+
   SettingsStore& settings_;
   Pasteboard& pasteboard_;
   RunLoop& runLoop_;

@@ -158,6 +158,12 @@ TEST_F(ClipboardControllerTest, CopiesOfABlacklistedApplicationAreIgnoredAndLate
   EXPECT_EQ(history(), Texts{"another application"});
 }
 
+TEST_F(ClipboardControllerTest, ATextThatIsNotValidIsNotRecorded) {
+  copyAndWait("good");
+  copyAndWait("\xc3\x28");
+  EXPECT_EQ(history(), Texts{"good"});
+}
+
 TEST_F(ClipboardControllerTest, ChoosingAnEntryPutsItBackWithoutAddingOrMovingIt) {
   copyAndWait("A");
   copyAndWait("B");
@@ -194,16 +200,47 @@ TEST_F(ClipboardControllerTest, ACopyThatNoTickHasSeenIsRecordedBeforeAnEntryRep
   EXPECT_EQ(history(), (Texts{"unseen", "B", "A"}));
 }
 
-// The checks of a change come in a fixed order: the application in front, the blacklist, and only then
-// whether the change is the tool's own.
-TEST_F(ClipboardControllerTest, AChosenEntryIsStillAwaitedWhileABlacklistedApplicationIsInFront) {
+TEST_F(ClipboardControllerTest, AnEntryPutBackInABlacklistedApplicationCostsNoLaterCopy) {
   copyAndWait("A");
   model.blacklistedApplicationsSorted = {{"/Applications/Vault.app", true}};
   bringToFront("/Applications/Vault.app");
-  clipboard.clipboardClicked("A");
+  repaste("A");
   advance(1000);
-  EXPECT_TRUE(clipboard.didClickClipboard);
-  EXPECT_EQ(history(), Texts{"A"});
+  EXPECT_FALSE(clipboard.didClickClipboard);
+  bringToFront("/Applications/Editor.app");
+  copyAndWait("B");
+  EXPECT_EQ(history(), (Texts{"B", "A"}));
+}
+
+TEST_F(ClipboardControllerTest, AnEntryPutBackWithNoApplicationInFrontCostsNoLaterCopy) {
+  copyAndWait("A");
+  copyAndWait("B");
+  platform.workspace.frontmost.reset();
+  repaste("A");
+  advance(1000);
+  EXPECT_FALSE(clipboard.didClickClipboard);
+  bringToFront("/Applications/Editor.app");
+  copyAndWait("C");
+  EXPECT_EQ(history(), (Texts{"C", "B", "A"}));
+}
+
+// A clipboard keeper that takes an entry over as soon as it is put back makes a change of its own.
+TEST_F(ClipboardControllerTest, TheFirstChangeSeenAfterAnEntryWasPutBackIsNotRecorded) {
+  copyAndWait("A");
+  copyAndWait("B");
+  repaste("A");
+  copyAndWait("A");
+  EXPECT_FALSE(clipboard.didClickClipboard);
+  EXPECT_EQ(history(), (Texts{"B", "A"}));
+}
+
+TEST_F(ClipboardControllerTest, AnEntryPutBackRightBeforeSwitchingOffCostsNoLaterCopy) {
+  copyAndWait("A");
+  repaste("A");
+  buildAndChoose({"Clipboard", "Enable"});
+  buildAndChoose({"Clipboard", "Enable"});
+  copyAndWait("B");
+  EXPECT_EQ(history(), (Texts{"B", "A"}));
 }
 
 TEST_F(ClipboardControllerTest, ACopyThatComesWhileTheMenuIsOpenDoesNotChangeWhatARowPutsBack) {

@@ -124,6 +124,17 @@ TEST_F(TWClipboardTest, TheTwentyFirstEntryDropsTheOldest) {
   EXPECT_EQ(storedHistory(), history());
 }
 
+TEST_F(TWClipboardTest, ATextThatCannotBeEncodedLeavesListAndStoreAsTheyWere) {
+  model.isClipboardEnabled = true;
+  model.addEntry("kept");
+  model.addEntry("bad \xff bytes");
+  model.addEntry(std::string("zero\0byte", 9));
+  EXPECT_EQ(history(), Texts{"kept"});
+  EXPECT_EQ(storedHistory(), Texts{"kept"});
+  model.addEntry("next");
+  EXPECT_EQ(storedHistory(), (Texts{"next", "kept"}));
+}
+
 TEST_F(TWClipboardTest, ClearingStoresTheEmptyList) {
   model.isClipboardEnabled = true;
   model.addEntry("text");
