@@ -68,6 +68,43 @@ TEST_F(AppDelegateTest, BeforeTheStartNothingIsShownStartedOrWritten) {
   EXPECT_EQ(platform.application.activations, 0);
 }
 
+TEST_F(AppDelegateTest, WithEmptySettingsEveryToolHasItsDefaults) {
+  EXPECT_FALSE(app->focusModeModel.isFocusModeEnabled);
+  EXPECT_EQ(app->focusModeModel.selectedDimColor, "Black Color");
+  EXPECT_EQ(app->focusModeModel.selectedOpacity, "80% Opacity");
+  EXPECT_EQ(app->focusModeModel.selectedCustomDimColor, Colour::black());
+  EXPECT_FALSE(app->tintScreenModel.isTintScreenEnabled);
+  EXPECT_EQ(app->tintScreenModel.selectedTintScreenColor, "Orange Color");
+  EXPECT_EQ(app->tintScreenModel.selectedIntensity, "40% Intensity");
+  EXPECT_FALSE(app->hideDesktopIconsModel.isHideDesktopIconsEnabled);
+  EXPECT_FALSE(app->highlightMouseClicksModel.isHighlightMouseClicksEnabled);
+  EXPECT_EQ(app->highlightMouseClicksModel.selectedHighlightColor, "Blue Color");
+  EXPECT_EQ(app->highlightMouseClicksModel.selectedSize, "5");
+  EXPECT_FALSE(app->preventSleepModel.isPreventSleepEnabled);
+  EXPECT_EQ(app->preventSleepModel.selectedDuration, "15 Minutes");
+  EXPECT_FALSE(app->clipboardModel.isClipboardEnabled);
+  EXPECT_TRUE(app->clipboardModel.clipboardData.empty());
+  EXPECT_EQ(app->clipboardModel.clipboardSize, 20);
+  EXPECT_FALSE(app->clearClipboardFormattingModel.isAutoClearClipboardFormattingEnabled);
+}
+
+TEST_F(AppDelegateTest, EveryModelLoadsItsSwitchExceptTheHiddenIcons) {
+  for (const char* key :
+       {settings_keys::focusModeEnabled, settings_keys::hideDesktopIconsEnabled,
+        settings_keys::highlightMouseClicksEnabled, settings_keys::preventSleepEnabled,
+        settings_keys::clipboardEnabled, settings_keys::autoClearClipboardFormattingEnabled})
+    platform.settings.setBool(key, true);
+  app = std::make_unique<AppDelegate>(platform.asPlatform());
+  EXPECT_TRUE(app->focusModeModel.isFocusModeEnabled);
+  EXPECT_FALSE(app->hideDesktopIconsModel.isHideDesktopIconsEnabled);
+  EXPECT_TRUE(app->highlightMouseClicksModel.isHighlightMouseClicksEnabled);
+  EXPECT_TRUE(app->preventSleepModel.isPreventSleepEnabled);
+  EXPECT_TRUE(app->clipboardModel.isClipboardEnabled);
+  EXPECT_TRUE(app->clearClipboardFormattingModel.isAutoClearClipboardFormattingEnabled);
+  start();
+  EXPECT_EQ(boldTitles().size(), 5u);
+}
+
 TEST_F(AppDelegateTest, CompilesTheCodeRequirementAndKeepsIt) {
   EXPECT_EQ(platform.application.compiledRequirements, Texts{"anchor apple"});
   EXPECT_TRUE(app->appCodeSignedByApple);
@@ -196,6 +233,18 @@ TEST_F(AppDelegateTest, TheStartAloneMakesNoRegularApplication) {
   start();
   EXPECT_EQ(platform.application.policy, ActivationPolicy::accessory);
   EXPECT_EQ(platform.application.activations, 0);
+}
+
+TEST_F(AppDelegateTest, ThePanesShareTheRuleForTheActivationPolicy) {
+  start();
+  ASSERT_TRUE(platform.statusItem.choose({"Focus Mode", "Preferences"}));
+  ASSERT_TRUE(platform.statusItem.choose({"Tint Screen", "Preferences"}));
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::regular);
+  ASSERT_EQ(platform.colourPanes.open.size(), 2u);
+  platform.colourPanes.open.front()->close();
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::regular);
+  platform.colourPanes.open.front()->close();
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::accessory);
 }
 
 TEST_F(AppDelegateTest, EndingWritesNothing) {
