@@ -1,0 +1,338 @@
+#include "disk/FileRemoval.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "disk/FolderMeasure.h"
+#include "disk/FolderPath.h"
+#include "disk/TreeWalk.h"
+
+namespace harbor {
+namespace {
+
+// A folder that goes on being filled, or an item that goes on changing its kind, is given up after so many
+// tries.
+constexpr int kMostPasses = 100;
+
+// The folders that hold the users' home folders by custom, whatever the user database says.
+constexpr std::array<std::string_view, 2> kFoldersOfHomes{"home", "Users"};
+
+bool isBelow(const std::vector<std::string>& path, const std::vector<std::string>& folder) {
+  return path.size() > folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
+}
+
+// Removes whatever the walk finds, folders on the way back.
+class RemovingVisitor : public TreeVisitor {
+ public:
+  explicit RemovingVisitor(CleanupStatus& status) : status_(status) {}
+
+  Verdict found(const Found& item) override {
+    if (item.type == ItemType::folder) return Verdict::enter;
+    const auto facts = factsOfItem(item.parent, item.name);
+    if (facts && facts->isMountRoot) return Verdict::mountPoint;
+    if (facts && facts->type == ItemType::folder) return Verdict::enter;
+    if (::unlinkat(item.parent, item.name, 0) == 0) {
+      count(facts ? facts->bytes : 0);
+      return Verdict::goOn;
+    }
+    const int error = errno;
+    if (error == ENOENT) return Verdict::goOn;
+    if (error == EISDIR) return Verdict::enter;
+    return fail(error);
+  }
+
+  void entered(const ItemFacts&) override {}
+
+  Verdict couldNotEnter(const Found& item, int error) override {
+    if (error == ENOENT) return Verdict::goOn;
+    if (error == ENOTDIR || error == ELOOP) {
+      // Something else was put in the folder's place since its entry was read.
+      const auto facts = factsOfItem(item.parent, item.name);
+      if (facts && facts->isMountRoot) return Verdict::mountPoint;
+      if (::unlinkat(item.parent, item.name, 0) == 0) {
+        count(facts ? facts->bytes : 0);
+        return Verdict::goOn;
+      }
+      if (errno == ENOENT) return Verdict::goOn;
+      if (errno != EISDIR) return fail(errno);
+      contested_ = true;
+      return Verdict::goOn;
+    }
+    const auto facts = factsOfItem(item.parent, item.name);
+    if (facts && facts->isMountRoot) return Verdict::mountPoint;
+    // A folder that may not be read can still be removed when it is empty.
+    if (::unlinkat(item.parent, item.name, AT_REMOVEDIR) != 0) return fail(error);
+    count(facts && item.depth > 1 ? facts->bytes : 0);
+    return Verdict::goOn;
+  }
+
+  Leaving left(const Left& folder) override {
+    if (folder.depth == 0) {
+      // Some file systems leave entries out when others are removed while the folder is read.
+      const bool removedSome = items_ > itemsBeforePass_;
+      itemsBeforePass_ = items_;
+      const bool again = readsTopAgain_ && (removedSome || contested_) && folder.passes < kMostPasses;
+      if (again) contested_ = false;
+      return again ? Leaving::readAgain : Leaving::done;
+    }
+    if (folder.holdsMountPoint) return Leaving::done;
+    if (::unlinkat(folder.parent, folder.name, AT_REMOVEDIR) == 0) {
+      count(folder.depth > 1 ? folder.bytes : 0);
+      return Leaving::done;
+    }
+    const int error = errno;
+    if (error == ENOENT) return Leaving::done;
+    if (error == ENOTDIR) {
+      contested_ = true;
+      return Leaving::done;
+    }
+    if ((error == ENOTEMPTY || error == EEXIST) && folder.passes < kMostPasses) return Leaving::readAgain;
+    const auto facts = factsOfItem(folder.parent, folder.name);
+    if (error == EBUSY && facts && facts->isMountRoot) return Leaving::done;
+    fail(error);
+    return Leaving::stop;
+  }
+
+  Verdict lost() override { return fail(ESTALE); }
+
+  void readTopAgain() { readsTopAgain_ = true; }
+  // Whether an item changed its kind under the walk and may have been left; asking forgets it.
+  bool takeContested() { return std::exchange(contested_, false); }
+  RemovalOutcome outcome() const {
+    RemovalOutcome outcome;
+    outcome.bytes = bytes_;
+    outcome.items = items_;
+    outcome.error = error_;
+    return outcome;
+  }
+
+ private:
+  Verdict fail(int error) {
+    error_ = error;
+    return Verdict::stop;
+  }
+  void count(std::uint64_t bytes) {
+    bytes_ += bytes;
+    ++items_;
+    status_.add(1, bytes);
+  }
+
+  CleanupStatus& status_;
+  std::uint64_t bytes_ = 0;
+  std::uint64_t items_ = 0;
+  std::uint64_t itemsBeforePass_ = 0;
+  int error_ = 0;
+  bool contested_ = false;
+  bool readsTopAgain_ = false;
+};
+
+// Finds the matches and has each removed.
+class MatchRemovingVisitor : public TreeVisitor {
+ public:
+  using Remove = std::function<RemovalOutcome(int parent, const char* name)>;
+
+  MatchRemovingVisitor(const FileRemoval::NameTest& matches, const Remove& remove)
+      : matches_(matches), remove_(remove) {}
+
+  Verdict found(const Found& item) override {
+    if (matches_(item.name)) {
+      const RemovalOutcome removed = remove_(item.parent, item.name);
+      outcome_.bytes += removed.bytes;
+      outcome_.items += removed.items;
+      if (removed.error == 0 || removed.error == ENOENT) return Verdict::goOn;
+      outcome_.error = removed.error;
+      return Verdict::stop;
+    }
+    if (item.type != ItemType::unknown) {
+      return item.type == ItemType::folder ? Verdict::enter : Verdict::goOn;
+    }
+    const auto facts = factsOfItem(item.parent, item.name);
+    return facts && facts->type == ItemType::folder ? Verdict::enter : Verdict::goOn;
+  }
+  void entered(const ItemFacts&) override {}
+  Verdict couldNotEnter(const Found&, int) override { return Verdict::goOn; }
+  Leaving left(const Left&) override { return Leaving::done; }
+  Verdict lost() override { return Verdict::goOn; }
+
+  const RemovalOutcome& outcome() const { return outcome_; }
+
+ private:
+  const FileRemoval::NameTest& matches_;
+  const Remove& remove_;
+  RemovalOutcome outcome_;
+};
+
+RemovalOutcome refused(RemovalRefusal refusal) {
+  RemovalOutcome outcome;
+  outcome.refusal = refusal;
+  return outcome;
+}
+
+RemovalOutcome failed(int error) {
+  RemovalOutcome outcome;
+  outcome.error = error;
+  return outcome;
+}
+
+}  // namespace
+
+std::optional<RemovalRefusal> FileRemoval::refusalForText(const std::string& path) const {
+  if (path.empty()) return RemovalRefusal::emptyPath;
+  if (path.find('\0') != std::string::npos) return RemovalRefusal::zeroByte;
+  if (path.front() != '/') return RemovalRefusal::relativePath;
+  const auto components = pathComponents(path);
+  if (std::find(components.begin(), components.end(), "..") != components.end())
+    return RemovalRefusal::parentReference;
+  return refusalForPlace(components);
+}
+
+std::optional<RemovalRefusal> FileRemoval::refusalForPlace(const std::vector<std::string>& place) const {
+  if (place.size() <= 1) return RemovalRefusal::rootOrDirectChild;
+
+  const std::string home = home_();
+  const auto written = pathComponents(home);
+  if (!home.starts_with('/') || written.empty() || home.find('\0') != std::string::npos)
+    return RemovalRefusal::noHomeFolder;
+  const auto resolved = FolderPath::resolve(home);
+  const auto real = resolved ? resolved->components : written;
+  for (const auto& ownHome : {written, real}) {
+    if (place == ownHome || isBelow(ownHome, place)) return RemovalRefusal::homeOrAbove;
+  }
+  if (isBelow(place, written) || isBelow(place, real)) return std::nullopt;
+
+  // What lies beside the own home folder is somebody else's.
+  for (auto homes : {written, real}) {
+    homes.pop_back();
+    if (!homes.empty() && isBelow(place, homes)) return RemovalRefusal::foreignHome;
+  }
+  for (const std::string_view homes : kFoldersOfHomes) {
+    if (place.front() == homes) return RemovalRefusal::foreignHome;
+  }
+  return std::nullopt;
+}
+
+bool FileRemoval::isHomeOrAbove(const ItemFacts& folder) const {
+  auto home = FolderPath::resolve(home_());
+  while (home && home->folder) {
+    const auto facts = factsOfDescriptor(home->folder.get());
+    if (facts && facts->isSameItemAs(folder)) return true;
+    if (home->components.empty()) break;
+    home->components.pop_back();
+    std::string above = "/";
+    for (const std::string& component : home->components)
+      above += component + "/";
+    home = FolderPath::resolve(above);
+  }
+  return false;
+}
+
+FileDescriptor FileRemoval::openTopFolder(const std::string& path, RemovalOutcome& outcome) const {
+  if (const auto refusal = refusalForText(path)) {
+    outcome.refusal = refusal;
+    return {};
+  }
+  const auto place = FolderPath::resolve(path);
+  if (!place) {
+    outcome.openError = errno;
+    return {};
+  }
+  if (const auto refusal = refusalForPlace(place->components)) {
+    outcome.refusal = refusal;
+    return {};
+  }
+  FileDescriptor folder(::openat(place->folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
+  if (!facts) {
+    outcome.openError = errno;
+    return {};
+  }
+  if (isHomeOrAbove(*facts)) {
+    outcome.refusal = RemovalRefusal::homeOrAbove;
+    return {};
+  }
+  return folder;
+}
+
+RemovalOutcome FileRemoval::removeEntry(int parent, const char* name) {
+  const auto facts = factsOfItem(parent, name);
+  if (!facts) return failed(errno);
+  if (facts->type == ItemType::folder && isHomeOrAbove(*facts)) return refused(RemovalRefusal::homeOrAbove);
+  RemovingVisitor visitor(status_);
+  for (int tries = 0; tries < kMostPasses; ++tries) {
+    walkItem(parent, name, FolderReader::Order::byInode, visitor);
+    if (visitor.outcome().error != 0 || !visitor.takeContested()) return visitor.outcome();
+  }
+  RemovalOutcome outcome = visitor.outcome();
+  outcome.error = EBUSY;
+  return outcome;
+}
+
+RemovalOutcome FileRemoval::removeItem(const std::string& path) {
+  if (const auto refusal = refusalForText(path)) return refused(*refusal);
+  auto components = pathComponents(path);
+  const std::string name = components.back();
+  components.pop_back();
+  std::string above = "/";
+  for (const std::string& component : components)
+    above += component + "/";
+  const auto parent = FolderPath::resolve(above);
+  if (!parent) return failed(errno);
+  auto place = parent->components;
+  place.push_back(name);
+  if (const auto refusal = refusalForPlace(place)) return refused(*refusal);
+  return removeEntry(parent->folder.get(), name.c_str());
+}
+
+RemovalOutcome FileRemoval::emptyFolder(const std::string& path) {
+  RemovalOutcome outcome;
+  FileDescriptor folder = openTopFolder(path, outcome);
+  if (!folder) return outcome;
+  RemovingVisitor visitor(status_);
+  visitor.readTopAgain();
+  walkBelow(std::move(folder), FolderReader::Order::byInode, {&visitor});
+  return visitor.outcome();
+}
+
+RemovalOutcome FileRemoval::removeEntries(const std::string& folderPath, const NameTest& matches) {
+  RemovalOutcome outcome;
+  const FileDescriptor folder = openTopFolder(folderPath, outcome);
+  if (!folder) return outcome;
+  FolderReader reader(FolderReader::Order::asStored);
+  for (bool atEnd = false; !atEnd;) {
+    const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
+    atEnd = result.atEnd;
+    for (const FolderEntry& entry : result.entries) {
+      if (!matches(entry.name)) continue;
+      const FolderMeasure measure = measureItem(folder.get(), entry.name);
+      const RemovalOutcome removed = removeEntry(folder.get(), entry.name);
+      if (removed.refusal) continue;
+      outcome.bytes += measure.bytes;
+      outcome.items += removed.items;
+      if (removed.error != 0) outcome.error = removed.error;
+    }
+  }
+  return outcome;
+}
+
+RemovalOutcome FileRemoval::removeMatches(const std::string& folderPath, const NameTest& matches) {
+  RemovalOutcome outcome;
+  FileDescriptor folder = openTopFolder(folderPath, outcome);
+  if (!folder) return outcome;
+  const MatchRemovingVisitor::Remove remove = [this](int parent, const char* name) {
+    return removeEntry(parent, name);
+  };
+  MatchRemovingVisitor first(matches, remove);
+  MatchRemovingVisitor second(matches, remove);
+  walkBelow(std::move(folder), FolderReader::Order::asStored, {&first, &second});
+  for (const auto* visitor : {&first, &second}) {
+    outcome.bytes += visitor->outcome().bytes;
+    outcome.items += visitor->outcome().items;
+    if (visitor->outcome().error != 0) outcome.error = visitor->outcome().error;
+  }
+  return outcome;
+}
+
+}  // namespace harbor

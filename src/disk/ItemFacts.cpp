@@ -1,0 +1,32 @@
+#include "disk/ItemFacts.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace harbor {
+namespace {
+
+std::optional<ItemFacts> query(int folder, const char* name, int flags) {
+  struct statx answer {};
+  if (::statx(folder, name, flags | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_SIZE | STATX_INO, &answer) != 0)
+    return std::nullopt;
+  ItemFacts facts;
+  facts.type = S_ISDIR(answer.stx_mode) ? ItemType::folder : ItemType::other;
+  facts.isMountRoot = (answer.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+  facts.bytes = answer.stx_size;
+  facts.device = (std::uint64_t{answer.stx_dev_major} << 32) | answer.stx_dev_minor;
+  facts.inode = answer.stx_ino;
+  return facts;
+}
+
+}  // namespace
+
+std::optional<ItemFacts> factsOfItem(int folder, const char* name) {
+  return query(folder, name, AT_SYMLINK_NOFOLLOW);
+}
+
+std::optional<ItemFacts> factsOfDescriptor(int descriptor) {
+  return query(descriptor, "", AT_EMPTY_PATH);
+}
+
+}  // namespace harbor

@@ -1,0 +1,121 @@
+#include "disk/TWDiskUtility.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "base/FileUrl.h"
+#include "disk/FolderMeasure.h"
+#include "disk/ItemFacts.h"
+
+namespace harbor {
+namespace {
+
+// An Info.plist is some kilobytes; a file beyond this is something else.
+constexpr off_t kLargestInfoFile = off_t{16} * 1024 * 1024;
+
+std::optional<Data> readRegularFile(const std::string& path) {
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status {};
+  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if (status.st_size > kLargestInfoFile) return std::nullopt;
+  Data bytes(static_cast<std::size_t>(status.st_size));
+  std::size_t filled = 0;
+  while (filled < bytes.size()) {
+    const ssize_t count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+bool isFolder(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<std::uint64_t> bytesUnlessFailed(const RemovalOutcome& outcome) {
+  if (outcome.error != 0) return std::nullopt;
+  return outcome.bytes;
+}
+
+}  // namespace
+
+std::uint64_t TWDiskUtility::sizeOfItem(const std::string& path) {
+  const auto facts = factsOfItem(AT_FDCWD, path.c_str());
+  return facts ? facts->bytes : 0;
+}
+
+std::int64_t TWDiskUtility::sizeOfFolder(const std::string& path) {
+  return static_cast<std::int64_t>(measureFolder(path).bytes);
+}
+
+void TWDiskUtility::deleteItem(const std::string& path) {
+  removal_.removeItem(path);
+}
+
+std::optional<std::uint64_t> TWDiskUtility::emptyFolder(const std::string& path) {
+  return bytesUnlessFailed(removal_.emptyFolder(path));
+}
+
+std::uint64_t TWDiskUtility::deleteByPrefix(const std::string& folder, std::string_view text) {
+  return removal_
+      .removeEntries(folder,
+                     [this, wanted = text_.lowercased(text)](std::string_view name) {
+                       return text_.lowercased(name).starts_with(wanted);
+                     })
+      .bytes;
+}
+
+std::uint64_t TWDiskUtility::deleteByPartOfName(const std::string& folder, std::string_view text) {
+  return removal_
+      .removeEntries(folder,
+                     [this, wanted = text_.lowercased(text)](std::string_view name) {
+                       return text_.lowercased(name).find(wanted) != std::string::npos;
+                     })
+      .bytes;
+}
+
+std::optional<std::uint64_t> TWDiskUtility::deleteByExtension(const std::string& folder,
+                                                              std::string_view extension) {
+  return bytesUnlessFailed(removal_.removeMatches(
+      folder, [extension](std::string_view name) { return pathExtension(name) == extension; }));
+}
+
+std::optional<std::string> TWDiskUtility::bundleIdentifierOfApplication(std::string_view name) const {
+  const auto path = workspace_.fullPathForApplication(name);
+  if (!path) return std::nullopt;
+  if (!bundles_.ownInformation(*path) && !isFolder(*path)) return application_.bundleIdentifier();
+  return informationOfBundle(*path, "CFBundleIdentifier");
+}
+
+std::optional<std::string> TWDiskUtility::displayNameOfBundle(const std::string& path) const {
+  return informationOfBundle(path, "CFBundleDisplayName");
+}
+
+std::optional<std::string> TWDiskUtility::nameOfBundle(const std::string& path) const {
+  return informationOfBundle(path, "CFBundleName");
+}
+
+std::optional<std::string> TWDiskUtility::executableOfBundle(const std::string& path) const {
+  return informationOfBundle(path, "CFBundleExecutable");
+}
+
+std::optional<std::string> TWDiskUtility::informationOfBundle(const std::string& path,
+                                                              const char* key) const {
+  auto information = bundles_.ownInformation(path);
+  if (!information) {
+    const auto bytes = readRegularFile(path + "/Contents/Info.plist");
+    if (bytes) information = propertyLists_.decode(*bytes);
+  }
+  if (!information) return std::nullopt;
+  const PropertyList* value = information->find(key);
+  if (!value || !value->as<std::string>()) return std::nullopt;
+  return *value->as<std::string>();
+}
+
+}  // namespace harbor

@@ -1,0 +1,264 @@
+#include "disk/TreeWalk.h"
+
+#include <fcntl.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "disk/FolderHandover.h"
+
+namespace harbor {
+namespace {
+
+// A level further up than this is closed and found again by its child's "..".
+constexpr std::size_t kOpenLevels = 32;
+// Deep down the names that wait at each level have to be few.
+constexpr std::size_t kDepthOfLargeBatches = 32;
+constexpr std::size_t kSmallBatch = 4096;
+// A tree of fewer folders is walked faster than a thread is started.
+constexpr std::size_t kFoldersBeforeHelp = 64;
+
+FileDescriptor openFolder(int parent, const char* name) {
+  return FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+}
+
+struct Level {
+  FileDescriptor descriptor;  // empty while the level is closed
+  ItemFacts facts;
+  std::string name;      // in the level above
+  std::string pending;   // the folders still to be entered, each name ended by a zero byte
+  std::size_t next = 0;  // where the next one starts
+  off_t position = 0;    // where reading goes on when a closed level is opened again
+  int passes = 1;
+  bool isRead = false;
+  bool holdsMountPoint = false;
+};
+
+class Walker {
+ public:
+  Walker(TreeVisitor& visitor, FolderReader::Order order, std::atomic<bool>& stop)
+      : visitor_(visitor), reader_(order), stop_(stop) {}
+
+  // Folders that others may take; `firstCrowd` is called once, when there are enough folders to share.
+  void share(FolderHandover& handover, std::function<void()> firstCrowd) {
+    handover_ = &handover;
+    firstCrowd_ = std::move(firstCrowd);
+  }
+
+  void walk(FileDescriptor folder, const ItemFacts& facts, std::size_t depth) {
+    base_ = depth;
+    push(std::move(folder), facts, {});
+    run();
+  }
+
+  void walkOnly(FileDescriptor parent, const ItemFacts& facts, const char* name) {
+    base_ = 0;
+    push(std::move(parent), facts, {});
+    levels_.back().isRead = true;
+    visit({levels_.back().descriptor.get(), name, ItemType::unknown, 1});
+    run();
+  }
+
+ private:
+  void run() {
+    while (!levels_.empty() && !stop_.load(std::memory_order_relaxed)) {
+      Level& level = levels_.back();
+      if (level.next < level.pending.size()) {
+        enterNext();
+        continue;
+      }
+      level.pending.clear();
+      level.next = 0;
+      if (level.isRead) {
+        leave();
+      } else {
+        readOn();
+      }
+    }
+    levels_.clear();
+  }
+
+  std::size_t depthOfEntries() const { return base_ + levels_.size(); }
+
+  void visit(const TreeVisitor::Found& item) {
+    switch (visitor_.found(item)) {
+      case TreeVisitor::Verdict::goOn:
+        break;
+      case TreeVisitor::Verdict::enter:
+        levels_.back().pending.append(item.name, std::strlen(item.name) + 1);
+        break;
+      case TreeVisitor::Verdict::mountPoint:
+        levels_.back().holdsMountPoint = true;
+        break;
+      case TreeVisitor::Verdict::stop:
+        stop_ = true;
+        break;
+    }
+  }
+
+  void readOn() {
+    Level& level = levels_.back();
+    const std::size_t batch =
+        levels_.size() <= kDepthOfLargeBatches ? FolderReader::kLargestBatch : kSmallBatch;
+    const auto result = reader_.read(level.descriptor.get(), batch);
+    level.isRead = result.atEnd;
+    for (const FolderEntry& entry : result.entries) {
+      visit({level.descriptor.get(), entry.name, entry.type, depthOfEntries()});
+      if (stop_.load(std::memory_order_relaxed)) return;
+    }
+  }
+
+  void enterNext() {
+    Level& level = levels_.back();
+    const char* name = level.pending.data() + level.next;
+    level.next += std::strlen(name) + 1;
+    const int parent = level.descriptor.get();
+    FileDescriptor child = openFolder(parent, name);
+    std::optional<ItemFacts> facts;
+    if (child) facts = factsOfDescriptor(child.get());
+    if (!facts) {
+      switch (visitor_.couldNotEnter({parent, name, ItemType::unknown, depthOfEntries()}, errno)) {
+        case TreeVisitor::Verdict::mountPoint:
+          level.holdsMountPoint = true;
+          break;
+        case TreeVisitor::Verdict::stop:
+          stop_ = true;
+          break;
+        default:
+          break;
+      }
+      return;
+    }
+    if (facts->isMountRoot || facts->device != level.facts.device) {
+      level.holdsMountPoint = true;
+      return;
+    }
+    visitor_.entered(*facts);
+    if (handover_) {
+      if (firstCrowd_ && ++folders_ == kFoldersBeforeHelp) std::exchange(firstCrowd_, nullptr)();
+      if (handover_->offer(child, *facts, depthOfEntries())) return;
+    }
+    push(std::move(child), *facts, name);
+  }
+
+  void push(FileDescriptor folder, const ItemFacts& facts, std::string name) {
+    Level& level = levels_.emplace_back();
+    level.descriptor = std::move(folder);
+    level.facts = facts;
+    level.name = std::move(name);
+    // The folder that is walked stays open: whatever is lost below it, the walk can return there.
+    if (levels_.size() <= kOpenLevels + 1) return;
+    Level& distant = levels_[levels_.size() - 1 - kOpenLevels];
+    distant.position = ::lseek(distant.descriptor.get(), 0, SEEK_CUR);
+    distant.descriptor.reset();
+  }
+
+  // Opens the level above the current one again; false when it is not there any more.
+  bool reopenParent() {
+    Level& parent = levels_[levels_.size() - 2];
+    if (parent.descriptor) return true;
+    FileDescriptor folder = openFolder(levels_.back().descriptor.get(), "..");
+    if (!folder) return false;
+    const auto facts = factsOfDescriptor(folder.get());
+    if (!facts || !facts->isSameItemAs(parent.facts)) return false;
+    if (::lseek(folder.get(), parent.position, SEEK_SET) < 0) return false;
+    parent.descriptor = std::move(folder);
+    return true;
+  }
+
+  void leave() {
+    const bool isTop = levels_.size() == 1;
+    if (!isTop && !reopenParent()) {
+      if (visitor_.lost() == TreeVisitor::Verdict::stop) {
+        stop_ = true;
+        return;
+      }
+      do {
+        levels_.pop_back();
+      } while (!levels_.back().descriptor);
+      return;
+    }
+    Level& level = levels_.back();
+    const int parent = isTop ? -1 : levels_[levels_.size() - 2].descriptor.get();
+    switch (visitor_.left({parent, level.name.c_str(), depthOfEntries() - 1, level.facts.bytes,
+                           level.holdsMountPoint, level.passes})) {
+      case TreeVisitor::Leaving::done: {
+        const bool holdsMountPoint = level.holdsMountPoint;
+        levels_.pop_back();
+        if (!isTop && holdsMountPoint) levels_.back().holdsMountPoint = true;
+        break;
+      }
+      case TreeVisitor::Leaving::readAgain:
+        ::lseek(level.descriptor.get(), 0, SEEK_SET);
+        level.isRead = false;
+        ++level.passes;
+        break;
+      case TreeVisitor::Leaving::stop:
+        stop_ = true;
+        break;
+    }
+  }
+
+  TreeVisitor& visitor_;
+  FolderReader reader_;
+  std::atomic<bool>& stop_;
+  std::vector<Level> levels_;
+  std::size_t base_ = 0;
+  FolderHandover* handover_ = nullptr;
+  std::function<void()> firstCrowd_;
+  std::size_t folders_ = 0;
+};
+
+}  // namespace
+
+void walkBelow(FileDescriptor folder, FolderReader::Order order, const std::vector<TreeVisitor*>& visitors) {
+  const auto facts = factsOfDescriptor(folder.get());
+  if (!facts) return;
+  std::atomic<bool> stop = false;
+  Walker first(*visitors.front(), order, stop);
+  if (visitors.size() == 1) {
+    first.walk(std::move(folder), *facts, 0);
+    return;
+  }
+
+  FolderHandover handover;
+  const auto takeOver = [&](Walker& walker) {
+    while (auto work = handover.next())
+      walker.walk(std::move(work->folder), work->facts, work->depth);
+  };
+  std::vector<std::thread> threads;
+  first.share(handover, [&] {
+    for (std::size_t i = 1; i < visitors.size(); ++i) {
+      try {
+        handover.addWorker();
+        threads.emplace_back([&, i] {
+          Walker walker(*visitors[i], order, stop);
+          walker.share(handover, nullptr);
+          takeOver(walker);
+        });
+      } catch (const std::system_error&) {
+        handover.removeWorker();
+      }
+    }
+  });
+  first.walk(std::move(folder), *facts, 0);
+  takeOver(first);
+  for (std::thread& thread : threads)
+    thread.join();
+}
+
+void walkItem(int parent, const char* name, FolderReader::Order order, TreeVisitor& visitor) {
+  FileDescriptor folder(::fcntl(parent, F_DUPFD_CLOEXEC, 0));
+  const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
+  if (!facts) return;
+  std::atomic<bool> stop = false;
+  Walker(visitor, order, stop).walkOnly(std::move(folder), *facts, name);
+}
+
+}  // namespace harbor
