@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -46,26 +47,13 @@ struct ClipboardFixture : testing::Test {
   }
 
   const MenuItem& item(std::initializer_list<std::string_view> titles) const {
-    const Menu* level = &platform.statusItem.menu;
-    const MenuItem* found = nullptr;
-    for (const std::string_view title : titles) {
-      found = nullptr;
-      for (const MenuItem& each : *level) {
-        if (each.kind == MenuItem::Kind::item && each.title == title) {
-          found = &each;
-          break;
-        }
-      }
-      if (!found) throw std::runtime_error("no item " + std::string(title));
-      level = &found->submenu;
-    }
+    const MenuItem* found = platform.statusItem.item(titles);
+    if (!found) throw std::out_of_range("no such item");
     return *found;
   }
   // Chooses an item of the menu as it was built last.
   void choose(std::initializer_list<std::string_view> titles) {
-    const MenuItem sender = item(titles);
-    ASSERT_TRUE(sender.enabled);
-    sender.action(sender);
+    ASSERT_TRUE(platform.statusItem.chooseShown(titles));
   }
   void buildAndChoose(std::initializer_list<std::string_view> titles) {
     build();

@@ -1,10 +1,12 @@
 // A status item that a test clicks.
 #pragma once
 
+#include <algorithm>
 #include <initializer_list>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/StatusItem.h"
 
@@ -33,28 +35,25 @@ class MemoryStatusItem : public StatusItem {
   void close() {
     if (auto closed = std::exchange(didClose, nullptr)) closed();
   }
-  // Clicks the icon, chooses the enabled item at the path of titles and closes the menu; false when there is
-  // none.
+  // The item of the menu as shown last at the path of titles; null when there is none.
+  const MenuItem* item(std::initializer_list<std::string_view> titles) const {
+    const auto items = itemsAlong(titles);
+    return items.empty() ? nullptr : items.back();
+  }
+  // Chooses the item of the menu as shown last; false when there is none that can be chosen.
+  bool chooseShown(std::initializer_list<std::string_view> titles) {
+    const auto items = itemsAlong(titles);
+    const auto isEnabled = [](const MenuItem* each) { return each->enabled; };
+    if (items.empty() || !std::all_of(items.begin(), items.end(), isEnabled) || !items.back()->action)
+      return false;
+    const MenuItem sender = *items.back();
+    sender.action(sender);
+    return true;
+  }
+  // Clicks the icon, chooses the item and closes the menu; false when there is none that can be chosen.
   bool choose(std::initializer_list<std::string_view> titles) {
     click();
-    const Menu* level = &menu;
-    const MenuItem* found = nullptr;
-    for (const std::string_view title : titles) {
-      found = nullptr;
-      for (const MenuItem& item : *level) {
-        if (item.kind == MenuItem::Kind::item && item.title == title) {
-          found = &item;
-          break;
-        }
-      }
-      if (!found || !found->enabled) break;
-      level = &found->submenu;
-    }
-    const bool chosen = found && found->enabled && found->action;
-    if (chosen) {
-      const MenuItem sender = *found;
-      sender.action(sender);
-    }
+    const bool chosen = chooseShown(titles);
     close();
     return chosen;
   }
@@ -67,6 +66,22 @@ class MemoryStatusItem : public StatusItem {
   Offset offset;
   int popUps = 0;
   std::function<void()> didClose;
+
+ private:
+  // The items at each step of the path; empty when the path leads nowhere.
+  std::vector<const MenuItem*> itemsAlong(std::initializer_list<std::string_view> titles) const {
+    std::vector<const MenuItem*> items;
+    const Menu* level = &menu;
+    for (const std::string_view title : titles) {
+      const auto found = std::find_if(level->begin(), level->end(), [&](const MenuItem& each) {
+        return each.kind == MenuItem::Kind::item && each.title == title;
+      });
+      if (found == level->end()) return {};
+      items.push_back(&*found);
+      level = &found->submenu;
+    }
+    return items;
+  }
 };
 
 }  // namespace harbor
