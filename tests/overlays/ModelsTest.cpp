@@ -6,6 +6,7 @@
 #include "overlays/TWTintScreen.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/plist/LibplistCoder.h"
+#include "settings/ArchivedColour.h"
 
 namespace harbor {
 namespace {
@@ -23,6 +24,20 @@ TEST_F(OverlayModels, FocusModeOfAFirstStartIsOffBlackAndEightyPercent) {
   EXPECT_EQ(model.selectedOpacity, "80% Opacity");
   EXPECT_EQ(model.selectedCustomDimColor, (Colour{0, 0, 0, 1}));
   EXPECT_TRUE(settings.writtenKeys.empty());
+}
+
+TEST_F(OverlayModels, FocusModeTakesEveryStoredValue) {
+  const Colour custom{0.25, 0.5, 0.75, 1.0};
+  settings.setBool("FocusModeEnabled", true);
+  settings.setString("SelectedDimColor", "Custom Color");
+  settings.setString("SelectedOpacity", "30% Opacity");
+  ASSERT_TRUE(setArchivedColour(settings, coder, "SelectedCustomDimColor", custom));
+  TWFocusMode model;
+  model.load(settings, coder);
+  EXPECT_TRUE(model.isFocusModeEnabled);
+  EXPECT_EQ(model.selectedDimColor, "Custom Color");
+  EXPECT_EQ(model.selectedOpacity, "30% Opacity");
+  EXPECT_EQ(model.selectedCustomDimColor, custom);
 }
 
 TEST_F(OverlayModels, FocusModeKeepsBlackWhenTheCustomColourIsNoArchive) {
@@ -52,6 +67,20 @@ TEST_F(OverlayModels, TintScreenOfAFirstStartIsOffOrangeAndFortyPercent) {
   EXPECT_EQ(model.selectedTintScreenColor, "Orange Color");
   EXPECT_EQ(model.selectedIntensity, "40% Intensity");
   EXPECT_EQ(model.selectedCustomTintScreenColor, (Colour{252 / 255.0, 107 / 255.0, 10 / 255.0, 1}));
+}
+
+TEST_F(OverlayModels, TintScreenTakesEveryStoredValue) {
+  const Colour custom{0.125, 0.5, 0.25, 0.5};
+  settings.setBool("TintScreenEnabled", true);
+  settings.setString("SelectedTintScreenColor", "Green Color");
+  settings.setString("SelectedIntensity", "90% Intensity");
+  ASSERT_TRUE(setArchivedColour(settings, coder, "SelectedCustomTintScreenColor", custom));
+  TWTintScreen model;
+  model.load(settings, coder);
+  EXPECT_TRUE(model.isTintScreenEnabled);
+  EXPECT_EQ(model.selectedTintScreenColor, "Green Color");
+  EXPECT_EQ(model.selectedIntensity, "90% Intensity");
+  EXPECT_EQ(model.selectedCustomTintScreenColor, custom);
 }
 
 TEST_F(OverlayModels, TintScreenKeepsOrangeWhenTheCustomColourIsNoArchive) {
