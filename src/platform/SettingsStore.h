@@ -22,7 +22,8 @@ class SettingsStore {
 
   // Each writer returns false when the value could not be made durable (disk full, read-only, the stored file
   // could not be read). The value is then kept for this run all the same, and the next write tries to store
-  // it again. Storing what is already stored writes nothing and succeeds.
+  // it again. Storing what is already stored writes nothing and succeeds. A value that cannot be encoded (a
+  // text with a zero byte or that is not UTF-8) leaves everything as it is, and the answer is false.
   virtual bool setBool(std::string_view key, bool value) = 0;
   virtual bool setString(std::string_view key, std::string_view value) = 0;
   virtual bool setData(std::string_view key, const Data& value) = 0;

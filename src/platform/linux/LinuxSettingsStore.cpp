@@ -13,11 +13,16 @@ constexpr const char* kFileName = "com.tidewell.HarborTray.plist";
 std::string LinuxSettingsStore::defaultPath(const std::string& homeFolder) {
   const char* configured = std::getenv("XDG_CONFIG_HOME");
   const bool isAbsolute = configured && configured[0] == '/';
+  if (!isAbsolute && homeFolder.empty()) return {};
   return (isAbsolute ? std::string(configured) : homeFolder + "/.config") + "/" + kFileName;
 }
 
 LinuxSettingsStore::LinuxSettingsStore(std::string path, const PropertyListCoder& coder)
-    : file_(std::move(path)), coder_(coder) {
+    : file_(path), coder_(coder) {
+  if (path.empty()) {
+    access_ = Access::leaveAlone;
+    return;
+  }
   file_.removeLeftovers();
   if (!load()) access_ = Access::leaveAlone;
 }

@@ -28,7 +28,7 @@ class LinuxSettingsStore : public SettingsStore {
   // else in the folder ".config" of the home folder.
   static std::string defaultPath(const std::string& homeFolder);
 
-  // The coder outlives the store.
+  // The coder outlives the store. With an empty path nothing is read or written.
   LinuxSettingsStore(std::string path, const PropertyListCoder& coder);
 
   bool boolForKey(std::string_view key) const override;

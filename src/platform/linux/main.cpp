@@ -7,12 +7,14 @@
 #include <string_view>
 
 #include "app/AppDelegate.h"
+#include "base/HomeFolder.h"
 #include "platform/icu/IcuText.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/LinuxAlertPanel.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxDistributedNotifications.h"
 #include "platform/linux/LinuxRunLoop.h"
+#include "platform/linux/LinuxSettingsStore.h"
 #include "platform/linux/ModalWindows.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/TerminationSignals.h"
@@ -63,10 +65,11 @@ struct LinuxPlatform {
   LinuxDistributedNotifications distributedNotifications;
   IcuText text;
   LibplistCoder propertyLists;
+  LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
   MemoryPlatform memory;
 
   Platform asPlatform() {
-    return {memory.settings,
+    return {settings,
             propertyLists,
             text,
             runLoop,

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/plist/LibplistCoder.h"
+
 namespace harbor {
 
 template <typename T>
@@ -33,9 +35,11 @@ std::optional<Date> MemorySettingsStore::dateForKey(std::string_view key) const 
 }
 
 bool MemorySettingsStore::store(std::string_view key, PropertyList value) {
+  if (!LibplistCoder().encode(PropertyList::Dictionary{{std::string(key), value}})) return false;
   const auto [entry, isNew] = values.try_emplace(std::string(key), value);
-  if (!isNew && entry->second == value) return !failsWrites;
+  if (!isNew && !hasUnwrittenValues && entry->second == value) return true;
   entry->second = std::move(value);
+  hasUnwrittenValues = failsWrites;
   if (failsWrites) return false;
   writtenKeys.emplace_back(key);
   return true;

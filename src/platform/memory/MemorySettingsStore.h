@@ -25,6 +25,7 @@ class MemorySettingsStore : public SettingsStore {
   std::map<std::string, PropertyList> values;
   std::vector<std::string> writtenKeys;  // in the order of the writes that changed something
   bool failsWrites = false;
+  bool hasUnwrittenValues = false;  // the last write failed
 
  private:
   template <typename T>
