@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "base/FileUrl.h"
@@ -26,6 +27,14 @@ class FileManager {
   // under
   // "/Volumes".
   virtual bool isExternalVolume(const FileUrl& volume) const = 0;
+
+  // Moves the item to the Trash of its volume, from where the desktop's own tools can put it back. False when
+  // it could not be moved; it is then where it was. Nothing is ever removed for good instead.
+  virtual bool trashItem(const FileUrl& url) = 0;
+
+  // The user's own folders for documents, pictures, music and the like, whether or not they exist: absolute
+  // paths.
+  virtual std::vector<std::string> documentFolders() const = 0;
 };
 
 }  // namespace harbor

@@ -16,6 +16,10 @@ class Text {
   // language.
   virtual std::string lowercased(std::string_view text) const = 0;
 
+  // The text in its canonical composition, in which canonically equivalent texts are the same bytes. Text
+  // that is not valid UTF-8 is returned as it is.
+  virtual std::string canonical(std::string_view text) const = 0;
+
   // The text's extended grapheme clusters, in order: views into the text that is passed in.
   virtual std::vector<std::string_view> graphemeClusters(std::string_view text) const = 0;
 

@@ -42,6 +42,9 @@ class Workspace {
   virtual bool openFile(const FileUrl& url) = 0;
   // Opens a web address or another application's URL; false when nothing could be started.
   virtual bool openUrl(std::string_view url) = 0;
+  // Shows the files selected in a file viewer window; where that cannot be had, the folder that the first
+  // lies in.
+  virtual void reveal(const std::vector<FileUrl>& urls) = 0;
 
   // The machine is about to sleep; the handler has run to its end before it does, where the platform allows a
   // delay.

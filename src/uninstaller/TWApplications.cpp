@@ -17,4 +17,8 @@ void TWApplications::prune() {
   std::erase_if(applicationsSorted, [](const FileUrl& url) { return !existingFile(url.path); });
 }
 
+void TWApplications::remove(const std::string& path) {
+  std::erase_if(applicationsSorted, [&path](const FileUrl& url) { return url.path == path; });
+}
+
 }  // namespace harbor

@@ -2,6 +2,7 @@
 // the menu never scans the disk for it.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "base/FileUrl.h"
@@ -21,6 +22,9 @@ class TWApplications {
 
   // Drops every application whose path no longer exists; the others keep their order.
   void prune();
+
+  // Drops the application at the path, if it is listed.
+  void remove(const std::string& path);
 
   std::vector<FileUrl> applicationsSorted;  // empty until the first reload
 

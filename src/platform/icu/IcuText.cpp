@@ -1,5 +1,7 @@
 #include "platform/icu/IcuText.h"
 
+#include <unicode/bytestream.h>
+#include <unicode/normalizer2.h>
 #include <unicode/ubrk.h>
 #include <unicode/ucasemap.h>
 #include <unicode/uchar.h>
@@ -88,6 +90,21 @@ std::string IcuText::lowercased(std::string_view text) const {
     start = end;
   }
   return result;
+}
+
+std::string IcuText::canonical(std::string_view text) const {
+  if (isAscii(text)) return std::string(text);
+  for (std::int32_t position = 0; position < static_cast<std::int32_t>(text.size());) {
+    if (nextCodePoint(text, position) < 0) return std::string(text);
+  }
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* normalizer = icu::Normalizer2::getNFCInstance(status);
+  if (U_FAILURE(status)) return std::string(text);
+  std::string result;
+  icu::StringByteSink<std::string> sink(&result);
+  normalizer->normalizeUTF8(0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink,
+                            nullptr, status);
+  return U_FAILURE(status) ? std::string(text) : result;
 }
 
 std::vector<std::string_view> IcuText::graphemeClusters(std::string_view text) const {

@@ -11,6 +11,7 @@ namespace harbor {
 class IcuText : public Text {
  public:
   std::string lowercased(std::string_view text) const override;
+  std::string canonical(std::string_view text) const override;
   std::vector<std::string_view> graphemeClusters(std::string_view text) const override;
   std::string_view trimmed(std::string_view text) const override;
 };

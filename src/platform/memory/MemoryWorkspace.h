@@ -38,6 +38,9 @@ class MemoryWorkspace : public Workspace {
     openedUrls.emplace_back(url);
     return opens;
   }
+  void reveal(const std::vector<FileUrl>& urls) override {
+    revealed.insert(revealed.end(), urls.begin(), urls.end());
+  }
   Subscription onWillSleep(std::function<void()> handler) override {
     return willSleep_.add(std::move(handler));
   }
@@ -57,6 +60,7 @@ class MemoryWorkspace : public Workspace {
   std::optional<RunningApplication> frontmost =
       RunningApplication{100, "org.example.Editor", FileUrl{"/Applications/Editor.app", true}, "Editor"};
   std::vector<FileUrl> openedFiles;
+  std::vector<FileUrl> revealed;
   std::vector<std::string> openedUrls;
   bool opens = true;
 

@@ -1,0 +1,71 @@
+// The window in which an application's files are reviewed: a table with a check box, a reveal and a preview
+// button in each row, a summary, a status line and a delete button. It shows what it is told and reports what
+// the user does.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/FileUrl.h"
+
+namespace harbor {
+
+struct ReviewRow {
+  std::optional<FileUrl> filePath;  // absent: a row without a file, shown as such
+  std::uint64_t fileSize = 0;       // bytes
+  bool isSelected = false;
+  bool isEnabled = true;               // false: shown disabled, its check box and buttons do nothing
+  std::optional<std::string> caution;  // why the user should look twice, plain text; absent: no sign
+
+  friend bool operator==(const ReviewRow&, const ReviewRow&) = default;
+};
+
+// What a user does; called on the main thread, never from within a call to the window. Rows are counted in
+// the order in which they were given, however the table is sorted on the screen.
+struct ReviewWindowEvents {
+  std::function<void(std::size_t row, bool isSelected)> selectionChanged;
+  std::function<void(std::size_t row)> revealClicked;
+  std::function<void(std::size_t row)> quickLookClicked;
+  std::function<void()> deleteButtonClicked;
+  // The user closed the window; comes once. The window may be destroyed from within.
+  std::function<void()> viewDidDisappear;
+};
+
+enum class DeleteButton { hidden, disabled, enabled };
+
+class ReviewWindow {
+ public:
+  virtual ~ReviewWindow() = default;
+
+  virtual void setTitle(const std::string& title) = 0;
+  // The table's rows; replaces those that were shown.
+  virtual void setRows(std::vector<ReviewRow> rows) = 0;
+  virtual void appendRows(std::vector<ReviewRow> rows) = 0;
+  // The selection summary; nothing hides it.
+  virtual void setFileSelectedInfo(const std::optional<std::string>& text) = 0;
+  virtual void setDeleteDetailedInfo(const std::string& text) = 0;
+  virtual void setDeleteButton(DeleteButton state) = 0;
+  // The spinner over the table with its message; nothing hides both.
+  virtual void setSpinner(const std::optional<std::string>& message) = 0;
+
+  // Shows the window.
+  virtual void showWindow() = 0;
+  // Puts the shown window in front of all others of its level.
+  virtual void orderFrontRegardless() = 0;
+};
+
+class ReviewWindows {
+ public:
+  virtual ~ReviewWindows() = default;
+
+  // A resizable window that is not shown yet; null when it cannot be made. Destroying it closes it without
+  // reporting anything.
+  virtual std::unique_ptr<ReviewWindow> make(ReviewWindowEvents events) = 0;
+};
+
+}  // namespace harbor

@@ -1,0 +1,73 @@
+#include "uninstaller/RelatedFileScan.h"
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <utility>
+
+#include "disk/TWDiskUtility.h"
+#include "uninstaller/RelatedFileSearch.h"
+
+namespace harbor {
+namespace {
+
+// A table that is told of every single item does nothing else; one that waits long looks dead.
+constexpr std::chrono::milliseconds kDeliveryInterval{40};
+
+std::uint64_t sizeOf(const std::string& path) {
+  struct stat status;
+  if (::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+    return static_cast<std::uint64_t>(TWDiskUtility::sizeOfFolder(path));
+  }
+  return TWDiskUtility::sizeOfItem(path);
+}
+
+}  // namespace
+
+RelatedFileScan::RelatedFileScan(RunLoop& runLoop, const Text& text, ScanRequest request,
+                                 std::function<void(std::vector<ScannedItem>)> found,
+                                 std::function<void()> finished)
+    : shared_(std::make_shared<Shared>()) {
+  shared_->found = std::move(found);
+  shared_->finished = std::move(finished);
+  runLoop.background([&runLoop, &text, request = std::move(request), shared = shared_] {
+    run(runLoop, text, request, shared);
+  });
+}
+
+RelatedFileScan::~RelatedFileScan() {
+  shared_->isOpen = false;
+}
+
+void RelatedFileScan::run(RunLoop& runLoop, const Text& text, const ScanRequest& request,
+                          const std::shared_ptr<Shared>& shared) {
+  const auto isOpen = [&shared] { return shared->isOpen.load(); };
+  const RelatedFileSearch search{text, request.homeFolder, request.root, isOpen};
+  const RelatedFileCautions cautions(applicationIdentity(request.bundle, text), text,
+                                     request.otherApplications, request.documentFolders);
+
+  std::vector<ScannedItem> batch;
+  auto lastDelivery = std::chrono::steady_clock::time_point{};  // long ago: the first item goes at once
+  const auto deliver = [&] {
+    lastDelivery = std::chrono::steady_clock::now();
+    runLoop.async([shared, items = std::exchange(batch, {})]() mutable {
+      if (shared->isOpen) shared->found(std::move(items));
+    });
+  };
+
+  bool isFirst = true;
+  for (FileUrl& url : search.findRelatedFiles(request.bundlePath, request.bundle)) {
+    if (!isOpen()) return;
+    const std::uint64_t size = sizeOf(url.path);
+    auto caution = isFirst ? std::nullopt : cautions.cautionFor(url);
+    isFirst = false;
+    batch.push_back({{std::move(url), size, false}, std::move(caution)});
+    if (std::chrono::steady_clock::now() - lastDelivery >= kDeliveryInterval) deliver();
+  }
+  if (!batch.empty()) deliver();
+  runLoop.async([shared] {
+    if (shared->isOpen) shared->finished();
+  });
+}
+
+}  // namespace harbor

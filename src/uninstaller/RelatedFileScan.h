@@ -1,0 +1,56 @@
+// One run of the related-file search in the background: every item is sized and handed to the main thread as
+// soon as it is known. Dropping the scan ends it; nothing is delivered afterwards.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/RunLoop.h"
+#include "uninstaller/RelatedFileCautions.h"
+#include "uninstaller/UninstalledApp.h"
+
+namespace harbor {
+
+struct ScannedItem {
+  AppRelatedData data;
+  std::optional<std::string> caution;
+};
+
+struct ScanRequest {
+  std::string bundlePath;
+  BundleInformation bundle;
+  std::string homeFolder;
+  std::string root;  // see RelatedFileSearch
+  std::vector<InstalledApplication> otherApplications;
+  std::vector<std::string> documentFolders;
+};
+
+class RelatedFileScan {
+ public:
+  // Starts at once. `found` is called with the items in search order, a few or many at a time; `finished`
+  // once, after the last of them. Both on the main thread.
+  RelatedFileScan(RunLoop& runLoop, const Text& text, ScanRequest request,
+                  std::function<void(std::vector<ScannedItem>)> found, std::function<void()> finished);
+  ~RelatedFileScan();
+  RelatedFileScan(const RelatedFileScan&) = delete;
+  RelatedFileScan& operator=(const RelatedFileScan&) = delete;
+
+ private:
+  // Shared with the background task, which outlives the scan by the time it takes to notice.
+  struct Shared {
+    std::atomic<bool> isOpen{true};
+    std::function<void(std::vector<ScannedItem>)> found;  // main thread only
+    std::function<void()> finished;                       // main thread only
+  };
+
+  static void run(RunLoop& runLoop, const Text& text, const ScanRequest& request,
+                  const std::shared_ptr<Shared>& shared);
+
+  std::shared_ptr<Shared> shared_;
+};
+
+}  // namespace harbor

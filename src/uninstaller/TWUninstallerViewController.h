@@ -1,0 +1,82 @@
+// One review window: the related files of one application, which of them are to go, and what became of them.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "alerts/TWDialog.h"
+#include "platform/FileManager.h"
+#include "platform/OpenWindows.h"
+#include "platform/PreviewPanel.h"
+#include "platform/ReviewWindow.h"
+#include "platform/RunLoop.h"
+#include "platform/Workspace.h"
+#include "uninstaller/RelatedFileScan.h"
+#include "uninstaller/TWApplications.h"
+#include "uninstaller/TWUninstaller.h"
+
+namespace harbor {
+
+class TWUninstallerViewController : public std::enable_shared_from_this<TWUninstallerViewController> {
+ public:
+  // What a review works with; each outlives the window.
+  struct Services {
+    RunLoop& runLoop;
+    const Text& text;
+    TWDialog& dialog;
+    Workspace& workspace;
+    FileManager& fileManager;
+    ReviewWindows& reviewWindows;
+    PreviewPanel& previewPanel;
+    OpenWindows& openWindows;
+    TWApplications& applications;
+    TWUninstaller& uninstaller;
+  };
+
+  // A fresh review of the application, or one of a stored record. `disappeared` is called once the user has
+  // closed the window; the controller may be dropped from within.
+  static std::shared_ptr<TWUninstallerViewController> forScan(const Services& services, ScanRequest request,
+                                                              const std::string& displayName,
+                                                              std::function<void()> disappeared);
+  static std::shared_ptr<TWUninstallerViewController> forHistory(const Services& services,
+                                                                 std::shared_ptr<UninstalledApp> record,
+                                                                 const std::string& displayName,
+                                                                 std::function<void()> disappeared);
+
+  // Brings the open window to the front.
+  void orderFront();
+
+  const std::string appPath;
+  std::shared_ptr<UninstalledApp> uninstalledApp;
+  std::optional<FileUrl> previewItem;
+  bool isAlreadyUninstalled = false;  // a deletion run has happened, or the record comes from the history
+  const bool isHistory;
+  static constexpr std::size_t relatedFilesUpperLimit = 20;
+
+ private:
+  enum class Origin { scan, history };
+  TWUninstallerViewController(const Services& services, std::shared_ptr<UninstalledApp> record,
+                              std::string path, Origin origin);
+
+  bool makeWindow(const std::string& title, std::function<void()> disappeared);
+  void loadRecord();
+  void startScan(ScanRequest request);
+  void scanFinished();
+  void warnAboutTooManyFiles();
+  void selectionChanged(std::size_t row, bool isSelected);
+  void deleteButtonClicked();
+  void trashSelectedItems();
+  ReviewRow rowOf(std::size_t index) const;
+  void showRows();
+
+  Services services_;
+  std::vector<std::optional<std::string>> cautions_;  // one for each item
+  std::unique_ptr<ReviewWindow> window_;
+  Subscription openWindow_;
+  std::unique_ptr<RelatedFileScan> scan_;
+};
+
+}  // namespace harbor

@@ -1,0 +1,379 @@
+#include "uninstaller/TWUninstallerViewController.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "platform/memory/MemoryPlatform.h"
+#include "platform/memory/MemoryReviewWindows.h"
+#include "uninstaller/UninstallerController.h"
+
+namespace harbor {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ReviewTest : testing::Test {
+  ReviewTest() {
+    std::string pattern = (fs::temp_directory_path() / "harbor-review-XXXXXX").string();
+    top = mkdtemp(pattern.data());
+    for (const char* name : {"Widget", "Gadget"}) {
+      fs::create_directories(top + "/Applications/" + name + ".app");
+    }
+    platform.fileManager.localApplications = {FileUrl{top + "/Applications", true}};
+    platform.fileManager.trash = [this](const std::string& path) {
+      return !untrashable.contains(path) && fs::remove_all(path) > 0;
+    };
+    applications.reload();
+  }
+  ~ReviewTest() override { fs::remove_all(top); }
+
+  std::string widget() const { return top + "/Applications/Widget.app"; }
+  std::string file(const std::string& path, std::size_t bytes = 10) {
+    const std::string whole = top + "/home/Library/" + path;
+    fs::create_directories(fs::path(whole).parent_path());
+    std::ofstream(whole) << std::string(bytes, 'x');
+    return whole;
+  }
+
+  MenuItem row(const std::string& path) const {
+    MenuItem item;
+    item.path = path;
+    return item;
+  }
+  // Opens the review of the application and lets the scan run to its end.
+  MemoryReviewWindows::Window& review() {
+    controller.uninstallApp(row(widget()));
+    platform.runLoop.runBackground();
+    platform.runLoop.runQueued();
+    return *windows.open.back();
+  }
+  MemoryReviewWindows::Window& history() {
+    controller.showUninstalledApp(row(widget()));
+    platform.runLoop.runQueued();
+    return *windows.open.back();
+  }
+  std::string section() {
+    Menu menu;
+    controller.appendSection(menu, MenuBuild::later);
+    std::string text = describeMenu(menu);
+    for (std::size_t at = text.find(top); at != std::string::npos; at = text.find(top))
+      text.replace(at, top.size(), "TOP");
+    return text;
+  }
+
+  std::string top;
+  MemoryPlatform platform;
+  MemoryReviewWindows windows;
+  MemoryPreviewPanel preview;
+  std::set<std::string> untrashable;
+  TWDialog dialog{platform.alertPanel, platform.settings};
+  OpenWindows openWindows{platform.application};
+  TWApplications applications{platform.fileManager, platform.applicationBundles};
+  TWUninstaller uninstaller{platform.settings, platform.propertyLists};
+  std::vector<std::string> systemApps;
+  bool grantsAccess = true;
+  BundleInformation bundle{"Widget", std::nullopt, std::nullopt, std::nullopt, "com.example.Widget"};
+  UninstallerController controller{
+      {platform.runLoop, platform.text, dialog, platform.workspace, platform.fileManager, windows, preview,
+       openWindows, applications, uninstaller},
+      platform.applicationBundles,
+      {systemApps, "Harbor Tray", [this] { return top + "/home"; }, top, [this] { return grantsAccess; },
+       [this](const std::string& path) { return path == widget() ? bundle : BundleInformation{}; }}};
+};
+
+TEST_F(ReviewTest, TheSectionListsHistoryReloadAndEveryApplication) {
+  EXPECT_EQ(section(),
+            "[ ] Uninstall Applications\n"
+            "  [ ] Uninstallation History\n"
+            "  ---\n"
+            "  [ ] Reload Apps action\n"
+            "  ---\n"
+            "  [ ] Gadget\n"
+            "    [ ] Open tip=TOP/Applications/Gadget.app action\n"
+            "    [ ] Uninstall tip=TOP/Applications/Gadget.app action\n"
+            "  [ ] Widget\n"
+            "    [ ] Open tip=TOP/Applications/Widget.app action\n"
+            "    [ ] Uninstall tip=TOP/Applications/Widget.app action\n");
+}
+
+TEST_F(ReviewTest, TheSectionLeavesOutSystemApplicationsAndTheProgramItself) {
+  systemApps = {widget()};
+  platform.applicationBundles.displayNames[top + "/Applications/Gadget.app"] = "Harbor Tray";
+  EXPECT_EQ(
+      section(),
+      "[ ] Uninstall Applications\n  [ ] Uninstallation History\n  ---\n  [ ] Reload Apps action\n  ---\n");
+}
+
+TEST_F(ReviewTest, TheHistoryListsRecordsOldestFirstAndSkipsThoseWithoutAUrl) {
+  uninstaller.saveUninstalledApp({FileUrl{"/Applications/Zebra.app", true}, {}});
+  uninstaller.saveUninstalledApp({std::nullopt, {}});
+  uninstaller.saveUninstalledApp({FileUrl{"/Applications/Ant.app", true}, {}});
+  EXPECT_NE(section().find("  [ ] Uninstallation History\n"
+                           "    [ ] Zebra tip=/Applications/Zebra.app action\n"
+                           "    [ ] Ant tip=/Applications/Ant.app action\n"
+                           "  ---\n"),
+            std::string::npos);
+}
+
+TEST_F(ReviewTest, OpensAnApplicationThatIsThere) {
+  controller.openApp(row(widget()));
+  EXPECT_EQ(platform.workspace.openedFiles, (std::vector<FileUrl>{{widget(), true}}));
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+}
+
+TEST_F(ReviewTest, AMissingApplicationOffersToReload) {
+  fs::remove_all(widget());
+  platform.alertPanel.answers = {{1, false}, {0, false}};
+  controller.openApp(row(widget()));
+  EXPECT_EQ(applications.applicationsSorted.size(), 2u);
+  controller.uninstallApp(row(widget()));
+  EXPECT_EQ(applications.applicationsSorted.size(), 1u);
+  ASSERT_EQ(platform.alertPanel.shown.size(), 2u);
+  EXPECT_EQ(platform.alertPanel.shown[0].title, "App Missing");
+  EXPECT_EQ(platform.alertPanel.shown[0].text, "Please refresh by clicking Reload Apps");
+  EXPECT_EQ(platform.alertPanel.shown[0].buttons, (std::vector<std::string>{"Reload Apps", "Cancel"}));
+  EXPECT_TRUE(platform.workspace.openedFiles.empty());
+  EXPECT_TRUE(windows.open.empty());
+}
+
+TEST_F(ReviewTest, NoWindowOpensWithoutAccess) {
+  grantsAccess = false;
+  controller.uninstallApp(row(widget()));
+  EXPECT_TRUE(windows.open.empty());
+}
+
+TEST_F(ReviewTest, AScanShowsEveryItemWithItsSizeAndNothingSelected) {
+  const std::string preferences = file("Preferences/com.example.Widget.plist", 300);
+  file("Containers/com.example.Widget/Data/file", 1'000);
+  controller.uninstallApp(row(widget()));
+  auto& window = *windows.open.back();
+  EXPECT_TRUE(window.shown);
+  EXPECT_EQ(window.title, "Widget");
+  EXPECT_TRUE(window.spinnerMessage);
+  EXPECT_EQ(window.deleteButton, DeleteButton::disabled);
+  EXPECT_EQ(window.fileSelectedInfo, "No Files Selected (Zero KB)");
+  EXPECT_EQ(window.deleteDetailedInfo, "Please review each file before deleting.");
+
+  platform.runLoop.runBackground();
+  platform.runLoop.runQueued();
+  EXPECT_FALSE(window.spinnerMessage);
+  EXPECT_EQ(window.deleteButton, DeleteButton::enabled);
+  ASSERT_EQ(window.rows.size(), 3u);
+  EXPECT_EQ(window.rows[0].filePath->path, widget());
+  EXPECT_EQ(window.rows[1].filePath->path, preferences);
+  EXPECT_EQ(window.rows[1].fileSize, 300u);
+  EXPECT_GE(window.rows[2].fileSize, 1'000u);
+  for (const ReviewRow& each : window.rows)
+    EXPECT_FALSE(each.isSelected);
+  EXPECT_FALSE(platform.settings.dataForKey("UninstalledApplications"));
+}
+
+TEST_F(ReviewTest, TheSummaryCountsInTheSingularAndThePlural) {
+  file("Preferences/com.example.Widget.plist", 1'500'000);
+  file("Cookies/com.example.Widget", 500'000);
+  auto& window = review();
+  window.check(1, true);
+  EXPECT_EQ(window.fileSelectedInfo, "1 file selected (1.5 MB)");
+  window.check(2, true);
+  EXPECT_EQ(window.fileSelectedInfo, "2 files selected (2 MB)");
+  window.check(1, false);
+  window.check(2, false);
+  EXPECT_EQ(window.fileSelectedInfo, "0 files selected (Zero KB)");
+}
+
+TEST_F(ReviewTest, TwentyItemsGiveNoWarningAndTwentyOneDo) {
+  for (int i = 0; i < 19; ++i)
+    file("Preferences/widget" + std::to_string(i));
+  review().close();
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+  file("Preferences/widget19");
+  review();
+  ASSERT_EQ(platform.alertPanel.shown.size(), 1u);
+  EXPECT_EQ(platform.alertPanel.shown[0].title, "Warning! Too many files detected in this scan!");
+  EXPECT_EQ(platform.alertPanel.shown[0].text,
+            "Note that identifying the related files of an app is not an exact science. So please carefully "
+            "review all "
+            "the listed files and deselect those that do not seem to be related to 'Widget' before finally "
+            "choosing to "
+            "delete. If you are unsure, then it may be safer to not uninstall this app now.");
+  EXPECT_EQ(platform.alertPanel.shown[0].buttons, std::vector<std::string>{"I Understand"});
+}
+
+TEST_F(ReviewTest, RevealAndPreviewTakeTheRowsFile) {
+  const std::string preferences = file("Preferences/com.example.Widget.plist");
+  auto& window = review();
+  window.events.revealClicked(1);
+  window.events.quickLookClicked(1);
+  EXPECT_EQ(platform.workspace.revealed, (std::vector<FileUrl>{{preferences, false}}));
+  EXPECT_EQ(preview.previewed, (std::vector<FileUrl>{{preferences, false}}));
+}
+
+TEST_F(ReviewTest, DeletingEverythingSelectedSucceeds) {
+  const std::string preferences = file("Preferences/com.example.Widget.plist");
+  const std::string cookies = file("Cookies/com.example.Widget");
+  auto& window = review();
+  window.check(0, true);
+  window.check(1, true);
+  window.clickDelete();
+
+  EXPECT_EQ(platform.fileManager.trashed, (std::vector<std::string>{widget(), preferences}));
+  EXPECT_TRUE(fs::exists(cookies));
+  ASSERT_EQ(platform.alertPanel.shown.size(), 1u);
+  EXPECT_EQ(platform.alertPanel.shown[0].title, "Successful");
+  EXPECT_EQ(platform.alertPanel.shown[0].text,
+            "All of the selected files have been successfully removed. To reinspect this uninstallation, "
+            "please check "
+            "the Uninstallation History from the Uninstall Applications menu.");
+  EXPECT_EQ(platform.alertPanel.shown[0].buttons, std::vector<std::string>{"OK"});
+  EXPECT_EQ(window.deleteDetailedInfo, "All selected files have been successfully deleted.");
+  EXPECT_EQ(window.fileSelectedInfo, "No Files Selected (Zero KB)");
+  EXPECT_EQ(window.deleteButton, DeleteButton::disabled);
+  EXPECT_FALSE(window.rows[0].isEnabled);
+  EXPECT_FALSE(window.rows[1].isEnabled);
+  EXPECT_TRUE(window.rows[2].isEnabled);
+  EXPECT_EQ(applications.applicationsSorted.size(), 1u);
+  EXPECT_EQ(uninstaller.uninstalledApps.at(0)->appRelatedData.size(), 3u);
+}
+
+TEST_F(ReviewTest, WhatCannotBeTrashedGivesAWarning) {
+  const std::string preferences = file("Preferences/com.example.Widget.plist");
+  const std::string cookies = file("Cookies/com.example.Widget");
+  untrashable = {cookies};
+  auto& window = review();
+  window.check(1, true);
+  window.check(2, true);
+  window.clickDelete();
+  EXPECT_EQ(platform.alertPanel.shown.at(0).title, "Warning");
+  EXPECT_EQ(platform.alertPanel.shown[0].text,
+            "Some of the selected files could not be deleted due to lack of permission. To reinspect this "
+            "uninstallation, please check the Uninstallation History from the Uninstall Applications menu.");
+  EXPECT_EQ(window.deleteDetailedInfo,
+            "Some selected files could not be deleted. Please delete the remaining ones yourself.");
+  EXPECT_TRUE(window.rows[2].isEnabled);
+}
+
+TEST_F(ReviewTest, DeletingNothingIsUnsuccessful) {
+  auto& window = review();
+  window.clickDelete();
+  EXPECT_EQ(platform.alertPanel.shown.at(0).title, "Unsuccessful");
+  EXPECT_EQ(platform.alertPanel.shown[0].text,
+            "None of the selected files could be deleted due to lack of permission. To reinspect this "
+            "uninstallation, "
+            "please check the Uninstallation History from the Uninstall Applications menu.");
+  EXPECT_EQ(window.deleteDetailedInfo,
+            "No selected files could be deleted. Please manually delete them yourself.");
+  EXPECT_EQ(uninstaller.uninstalledApps.size(), 1u);
+}
+
+TEST_F(ReviewTest, TheRecordIsSavedBeforeAnythingMoves) {
+  auto& window = review();
+  window.check(0, true);
+  platform.fileManager.trash = [this](const std::string&) {
+    EXPECT_EQ(TWUninstaller(platform.settings, platform.propertyLists).uninstalledApps.size(), 1u);
+    return false;
+  };
+  window.clickDelete();
+  EXPECT_EQ(platform.alertPanel.shown.at(0).title, "Unsuccessful");
+}
+
+TEST_F(ReviewTest, TheHistoryShowsARecordWithoutAScanOrADeleteButton) {
+  const std::string preferences = file("Preferences/com.example.Widget.plist");
+  uninstaller.saveUninstalledApp(
+      {FileUrl{widget(), true},
+       {{FileUrl{widget(), true}, 0, true}, {FileUrl{preferences, false}, 10, true}}});
+  fs::remove_all(widget());
+  auto& window = history();
+  EXPECT_EQ(window.title, "Widget [Uninstallation History]");
+  EXPECT_EQ(window.deleteButton, DeleteButton::hidden);
+  EXPECT_FALSE(window.fileSelectedInfo);
+  EXPECT_FALSE(window.spinnerMessage);
+  EXPECT_EQ(window.deleteDetailedInfo,
+            "Please review each file before deleting. Files already deleted have been disabled.");
+  ASSERT_EQ(window.rows.size(), 2u);
+  EXPECT_FALSE(window.rows[0].isEnabled);
+  EXPECT_TRUE(window.rows[1].isEnabled);
+  window.check(1, false);
+  EXPECT_FALSE(window.fileSelectedInfo);
+}
+
+TEST_F(ReviewTest, AHistoryOfWhichNothingIsLeftSaysSo) {
+  uninstaller.saveUninstalledApp({FileUrl{widget(), true}, {{FileUrl{top + "/gone", false}, 0, true}}});
+  EXPECT_EQ(history().deleteDetailedInfo, "There are no files left to be deleted.");
+}
+
+TEST_F(ReviewTest, ALongHistoryIsWarnedAboutWhenItIsShown) {
+  uninstaller.saveUninstalledApp({FileUrl{widget(), true}, std::vector<AppRelatedData>(21)});
+  history();
+  EXPECT_EQ(platform.alertPanel.shown.size(), 1u);
+}
+
+TEST_F(ReviewTest, ClosingTheWindowEndsTheScan) {
+  file("Preferences/com.example.Widget.plist");
+  controller.uninstallApp(row(widget()));
+  windows.open.back()->close();
+  EXPECT_TRUE(windows.open.empty());
+  platform.runLoop.runBackground();
+  platform.runLoop.runQueued();
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+  EXPECT_FALSE(platform.settings.dataForKey("UninstalledApplications"));
+}
+
+TEST_F(ReviewTest, ClosingTheWindowBeforeItsItemsArriveDropsThem) {
+  for (int i = 0; i < 30; ++i)
+    file("Preferences/widget" + std::to_string(i));
+  controller.uninstallApp(row(widget()));
+  platform.runLoop.runBackground();
+  windows.open.back()->close();
+  platform.runLoop.runQueued();
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+}
+
+TEST_F(ReviewTest, TheProgramIsRegularWhileAReviewOrHistoryWindowIsOpen) {
+  uninstaller.saveUninstalledApp({FileUrl{widget(), true}, {}});
+  auto& scan = review();
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::regular);
+  auto& record = history();
+  scan.close();
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::regular);
+  record.close();
+  EXPECT_EQ(platform.application.policy, ActivationPolicy::accessory);
+}
+
+TEST_F(ReviewTest, AReviewThatIsOpenComesToTheFrontInsteadOfOpeningTwice) {
+  review();
+  controller.uninstallApp(row(widget()));
+  EXPECT_EQ(windows.open.size(), 1u);
+  EXPECT_EQ(windows.open[0]->ordersFront, 1);
+  controller.uninstallApp(row(top + "/Applications/Gadget.app"));
+  EXPECT_EQ(windows.open.size(), 2u);
+}
+
+TEST_F(ReviewTest, ItemsThatNeedASecondLookCarryTheReason) {
+  const std::string documents = top + "/home/Library/Preferences/widgetdocuments";
+  fs::create_directories(documents);
+  platform.fileManager.documents = {documents};
+  file("Preferences/com.example.WidgetPro.plist");
+  file("Preferences/wi");
+  bundle.executable = "wi";
+  RelatedFileCautions cautions(applicationIdentity(bundle, platform.text), platform.text,
+                               {{"Widget Pro", "com.example.WidgetPro"}, {"Itself", "com.example.Widget"}},
+                               {documents});
+  const auto reason = [&](const std::string& path) { return cautions.cautionFor(FileUrl{path, false}); };
+  EXPECT_EQ(reason(documents), "This is one of the folders for your own documents.");
+  EXPECT_EQ(reason("/x/com.example.WidgetPro.plist"), "\"Widget Pro\" may use this item as well.");
+  EXPECT_EQ(reason("/x/wi"), "Found only because its name begins like a very short name of the application.");
+  EXPECT_EQ(reason("/x/com.example.Widget.plist"), std::nullopt);
+  EXPECT_EQ(reason("/x/.widgetrc"), std::nullopt);
+  auto& window = review();
+  int cautioned = 0;
+  for (const ReviewRow& each : window.rows)
+    cautioned += each.caution ? 1 : 0;
+  EXPECT_EQ(cautioned, 2);
+  EXPECT_FALSE(window.rows[0].caution);
+}
+
+}  // namespace
+}  // namespace harbor
