@@ -1,5 +1,6 @@
 // The status menu as data. The core builds this tree; a front-end renders it and calls an item's action with
-// the item itself as the sender.
+// the item as the sender: a copy of the front-end's own, since an action may block on an alert while the menu
+// is built anew.
 #pragma once
 
 #include <functional>
