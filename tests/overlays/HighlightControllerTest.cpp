@@ -131,6 +131,7 @@ TEST_F(Highlight, ApplyingAgainInstallsNoSecondMonitor) {
   highlight.highlightMouseClicksEnabled(switchedOff());
   highlight.applyHighlight();
   build(highlight);
+  EXPECT_EQ(platform.pointerMonitor.added, 1);
   EXPECT_EQ(platform.pointerMonitor.monitors.count(), 1u);
   EXPECT_EQ(platform.overlayWindows.made, 1);
 }

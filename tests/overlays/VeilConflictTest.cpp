@@ -140,9 +140,13 @@ TEST_F(VeilConflictTest, TheTimerOfFocusModeGoesOnIdlyUntilItsSectionIsBuilt) {
 
 TEST_F(VeilConflictTest, SwitchingFocusModeOnAgainKeepsTheRunningTimer) {
   focus.focusModeEnabled(switchedOff());
+  platform.runLoop.advance(300ms);
   tint.tintScreenEnabled(switchedOff());
   focus.focusModeEnabled(switchedOff());
   EXPECT_EQ(platform.runLoop.runningTimers(), 1u);
+  const int queries = platform.windowServer.listQueries;
+  platform.runLoop.advance(200ms);
+  EXPECT_GT(platform.windowServer.listQueries, queries);
   EXPECT_EQ(platform.windowServer.frontWindowObservers.count(), 1u);
   EXPECT_EQ(platform.windowServer.stack().size(), 2u);
   EXPECT_EQ(platform.windowServer.stack().front(), front);

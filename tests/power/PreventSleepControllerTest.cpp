@@ -115,6 +115,7 @@ TEST_F(PreventSleep, IndefinitelyIsNeverCountedDown) {
 }
 
 TEST_F(PreventSleep, AnUnknownDurationRunsWithoutEnd) {
+  power.preventSleepCounter = 42;
   model.selectedDuration = "15 minutes";
   switchOn();
   EXPECT_EQ(power.preventSleepCounter, 0);
@@ -137,12 +138,15 @@ TEST_F(PreventSleep, SwitchingOffStopsTheTimerAndKeepsTheCounter) {
 
 TEST_F(PreventSleep, AnotherDurationIsStoredAndStartsTheCountdownAgain) {
   switchOn();
-  platform.runLoop.advance(100s);
+  platform.runLoop.advance(100s + 600ms);
   select("1 Hour");
   EXPECT_EQ(model.selectedDuration, "1 Hour");
   EXPECT_EQ(platform.settings.stringForKey("SelectedDuration"), "1 Hour");
   EXPECT_EQ(power.preventSleepCounter, 3600);
+  // The running timer keeps its schedule.
   EXPECT_EQ(platform.runLoop.runningTimers(), 1u);
+  platform.runLoop.advance(400ms);
+  EXPECT_EQ(power.preventSleepCounter, 3599);
 }
 
 TEST_F(PreventSleep, TheSelectedDurationAgainChangesNothing) {

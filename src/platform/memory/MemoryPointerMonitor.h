@@ -13,6 +13,7 @@ class MemoryPointerMonitor : public PointerMonitor {
   Point location() const override { return position; }
   Subscription addGlobalMonitor(PointerEvents watched, std::function<void()> handler) override {
     events = watched;
+    ++added;
     return monitors.add(std::move(handler));
   }
 
@@ -23,6 +24,7 @@ class MemoryPointerMonitor : public PointerMonitor {
 
   Point position;
   std::optional<PointerEvents> events;  // of the monitor that was added last
+  int added = 0;
   MemoryObservers monitors;
 };
 
