@@ -2,6 +2,7 @@
 
 import os
 import plistlib
+import time
 import unittest
 from pathlib import Path
 
@@ -18,6 +19,11 @@ PANEL_BOX = (0, 0, 1280, 30)
 def with_history(*texts, **values):
     """Settings with these texts in the history, newest first."""
     return {**RECORDING, "ClipboardContent": plistlib.dumps(list(texts), fmt=plistlib.FMT_BINARY), **values}
+
+
+def let_ticks_pass():
+    """Time for the clipboard tools to do what they must not do: more than two ticks of either."""
+    time.sleep(2.2)
 
 
 class DesktopCase(unittest.TestCase):

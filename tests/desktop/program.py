@@ -168,17 +168,17 @@ class HarborTray:
 
         wait_for("the menu to close", closed)
 
-    def click_shown_entry(self, *labels):
-        """Goes with the mouse through the open menu to an entry and clicks it."""
-        screen = self.desktop.screen
-        for position, label in enumerate(labels):
+    def move_to_shown_entry(self, *labels):
+        """Goes with the mouse through the open menu to an entry and returns where it is."""
+        for label in labels:
             menu = wait_for(f"a menu with {label!r}", lambda text=label: self.accessibility.popup_with(text))
             node = next(child for child in menu.children() if child.text() == label)
-            x, y = center(wait_for(f"the place of {label!r}", lambda entry=node: entry.place()))
-            if position + 1 < len(labels):
-                screen.move_pointer(x, y)
-            else:
-                screen.click(x, y)
+            place = center(wait_for(f"the place of {label!r}", lambda entry=node: entry.place()))
+            self.desktop.screen.move_pointer(*place)
+        return place
+
+    def click_shown_entry(self, *labels):
+        self.desktop.screen.click(*self.move_to_shown_entry(*labels))
 
     # Alerts
 

@@ -111,7 +111,7 @@ class WithoutDisplay(DesktopCase):
         self.assertGreater(answer.returncode, 0, "a status, not a signal")
         self.assertIn("display", answer.stderr)
 
-    def test_leaves_an_unknown_argument_alone(self):
+    def test_refuses_an_unknown_argument(self):
         answer = self.run_without_display("--no-such-argument")
         self.assertGreater(answer.returncode, 0)
         self.assertNotEqual(answer.stderr, "")
