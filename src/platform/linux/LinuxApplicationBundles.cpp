@@ -1,6 +1,10 @@
 #include "platform/linux/LinuxApplicationBundles.h"
 
+#include <sys/stat.h>
+
 #include "base/FileUrl.h"
+#include "platform/linux/ExecLine.h"
+#include "platform/linux/MacApplications.h"
 
 namespace harbor {
 namespace {
@@ -31,6 +35,33 @@ std::string LinuxApplicationBundles::sortKey(const std::string& path) const {
   Key& key = position->second;
   if (isNew || key.entry != entry) key = {entry, text_.lowercased(displayName(path))};
   return key.text;
+}
+
+std::optional<PropertyList> LinuxApplicationBundles::ownInformation(const std::string& path) const {
+  if (!isDesktopEntry(path)) return std::nullopt;
+  const auto entry = entries_.entryAt(path);
+  if (!entry) return std::nullopt;
+  PropertyList::Dictionary information;
+  information["CFBundleIdentifier"] = entries_.identifierOf(path);
+  if (!entry->name.empty()) {
+    information["CFBundleDisplayName"] = entry->name;
+    information["CFBundleName"] = entry->name;
+  }
+  const auto words = splitCommandLine(entry->exec);
+  if (const auto program = words ? programBehind(*words) : std::nullopt)
+    information["CFBundleExecutable"] = lastPathComponent(program->name);
+  return PropertyList(std::move(information));
+}
+
+bool LinuxApplicationBundles::isBundleNamed(const std::string& path, std::string_view bundleName) const {
+  if (isDesktopEntry(path)) {
+    const MacApplication* application = macApplicationWithBundleName(bundleName);
+    return application && application == macApplicationWithDesktopIdentifier(entries_.identifierOf(path)) &&
+           entries_.isOffered(path);
+  }
+  struct stat status;
+  return lastPathComponent(path) == bundleName && isApplication(path) && stat(path.c_str(), &status) == 0 &&
+         S_ISDIR(status.st_mode);
 }
 
 }  // namespace harbor

@@ -18,6 +18,9 @@ class LinuxApplicationBundles : public ApplicationBundles {
   std::string displayName(const std::string& path) const override;
   // The lower-cased display name of an entry, the lower-cased file name of a bundle.
   std::string sortKey(const std::string& path) const override;
+  // An entry's identifier, name and program; the program is absent where the command line names none.
+  std::optional<PropertyList> ownInformation(const std::string& path) const override;
+  bool isBundleNamed(const std::string& path, std::string_view bundleName) const override;
 
  private:
   struct Key {

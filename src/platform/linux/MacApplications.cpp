@@ -26,4 +26,9 @@ const MacApplication* macApplicationWithProgram(std::string_view fileName) {
   });
 }
 
+const MacApplication* macApplicationWithBundleName(std::string_view bundleName) {
+  if (bundleName.ends_with(".app")) bundleName.remove_suffix(4);
+  return find(bundleName, [&](const MacApplication& row) { return row.bundleName == bundleName; });
+}
+
 }  // namespace harbor

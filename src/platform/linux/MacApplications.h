@@ -50,4 +50,8 @@ inline constexpr MacApplication kMacApplications[] = {
 const MacApplication* macApplicationWithDesktopIdentifier(std::string_view identifier);
 const MacApplication* macApplicationWithProgram(std::string_view fileName);
 
+// The row of the name that a Mac application's bundle carries, with or without ".app"; null when the table
+// has none.
+const MacApplication* macApplicationWithBundleName(std::string_view bundleName);
+
 }  // namespace harbor

@@ -11,6 +11,11 @@
 #include <utility>
 
 namespace harbor {
+namespace {
+
+constexpr int kEventsAtOnce = 500;
+
+}  // namespace
 
 void FreeXcb::operator()(void* memory) const {
   std::free(memory);
@@ -138,6 +143,7 @@ void XcbConnection::dispatch() {
   if (dispatching_) return;
   dispatching_ = true;
   dispatchReplies();
+  int budget = kEventsAtOnce;
   while (XcbOwned<Event> event{xcb_poll_for_event(connection_)}) {
     // Errors answer requests about windows that have gone; whoever cares asked for a reply.
     if (event->response_type == 0) continue;
@@ -146,6 +152,12 @@ void XcbConnection::dispatch() {
       if (handlers_->contains(number)) handler(*event);
     }
     dispatchReplies();
+    if (--budget == 0) {
+      // Whoever floods the connection must not keep the rest of the program from running.
+      QMetaObject::invokeMethod(
+          &loop_->notifier, [this] { dispatch(); }, Qt::QueuedConnection);
+      break;
+    }
   }
   dispatching_ = false;
   if (!isAlive()) loop_->notifier.setEnabled(false);

@@ -12,9 +12,13 @@
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/LinuxAlertPanel.h"
 #include "platform/linux/LinuxApplication.h"
+#include "platform/linux/LinuxApplicationBundles.h"
 #include "platform/linux/LinuxDistributedNotifications.h"
+#include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/LinuxPasteboard.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxSettingsStore.h"
+#include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/ModalWindows.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/TerminationSignals.h"
@@ -66,6 +70,12 @@ struct LinuxPlatform {
   IcuText text;
   LibplistCoder propertyLists;
   LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
+  XdgEnvironment environment = XdgEnvironment::fromProcess();
+  DesktopEntries desktopEntries{environment};
+  LinuxApplicationBundles applicationBundles{desktopEntries, text};
+  LinuxFileManager fileManager{environment, homeFolderOfUserDatabase(), runLoop};
+  LinuxWorkspace workspace{desktopEntries};
+  LinuxPasteboard pasteboard{workspace};
   MemoryPlatform memory;
 
   Platform asPlatform() {
@@ -77,11 +87,11 @@ struct LinuxPlatform {
             application,
             statusItem,
             alertPanel,
-            memory.pasteboard,
-            memory.workspace,
+            pasteboard,
+            workspace,
             distributedNotifications,
-            memory.applicationBundles,
-            memory.fileManager,
+            applicationBundles,
+            fileManager,
             memory.windowServer,
             memory.overlayWindows,
             memory.pointerMonitor,

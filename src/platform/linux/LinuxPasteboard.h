@@ -1,0 +1,66 @@
+// The CLIPBOARD selection of X11 (never PRIMARY). Each change is read once, in the event loop, and what it
+// gave is what the questions below are answered from. Without an X server the pasteboard is empty and stays
+// so.
+#pragma once
+
+#include <QTimer>
+#include <chrono>
+#include <memory>
+
+#include "platform/Pasteboard.h"
+#include "platform/linux/SelectionReader.h"
+#include "platform/linux/XcbConnection.h"
+
+namespace harbor {
+
+class LinuxPasteboard : public Pasteboard {
+ public:
+  // Needs the Qt application. What is on the clipboard already is read but is no change.
+  explicit LinuxPasteboard(const Workspace& workspace, SelectionLimits limits = {});
+  ~LinuxPasteboard() override;
+
+  // Goes up when a change has been read to its end, or given up: own writes at once.
+  std::int64_t changeCount() const override;
+  bool hasRichText() const override;
+  bool isConcealed() const override;
+  std::optional<std::string> string() const override;
+  std::optional<RunningApplication> sourceApplication() const override;
+  void clearContents() override;
+  void setString(std::string_view text) override;
+
+  // What is held of an unfinished transfer, in bytes.
+  std::size_t bufferedBytes() const { return reader_ ? reader_->bufferedBytes() : 0; }
+
+ private:
+  enum class Counting { isChange, isNoChange };
+
+  void handle(const XcbConnection::Event& event);
+  void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
+  void startReading();
+  void readOwnProcess();
+  void settle(ClipboardContents contents, Counting counting);
+  void noteSource();
+  bool isOwnProcess(xcb_window_t window) const;
+  void takeLatest() const;
+
+  const Workspace& workspace_;
+  std::unique_ptr<XcbConnection> connection_;
+  std::unique_ptr<SelectionReader> reader_;
+  Subscription events_;
+  QTimer pause_;  // holds back reading while the owner changes faster than reading makes sense
+  QTimer clearing_;
+  std::size_t maximumTextBytes_;
+  std::uint8_t firstXFixesEvent_ = 0;
+  xcb_atom_t clipboard_ = XCB_ATOM_NONE;
+  std::uint32_t ownWindowBase_ = 0;  // the windows that the toolkit makes in this process
+  std::uint32_t ownWindowMask_ = 0;
+
+  std::int64_t changeCount_ = 1;
+  bool hasOwner_ = false;
+  ClipboardContents contents_;
+  std::optional<RunningApplication> source_;
+  xcb_timestamp_t ownedSince_ = XCB_CURRENT_TIME;
+  std::chrono::steady_clock::time_point lastRead_;
+};
+
+}  // namespace harbor
