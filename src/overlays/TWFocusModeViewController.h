@@ -12,13 +12,15 @@ namespace harbor {
 
 class TWFocusModeViewController : public VeilViewController {
  public:
-  TWFocusModeViewController(const PaneSurroundings& surroundings, TWFocusMode& focusModeModel,
+  TWFocusModeViewController(const PaneSurroundings& surroundings, TWFocusMode& model,
                             std::function<void()> applyFocusMode, std::function<void()> didDisappear)
-      : VeilViewController(
-            surroundings,
-            {"Focus Mode Preferences", focusModeModel.selectedDimColor, settings_keys::selectedDimColor,
-             focusModeModel.selectedCustomDimColor, settings_keys::selectedCustomDimColor},
-            std::move(applyFocusMode), std::move(didDisappear)) {}
+      : VeilViewController(surroundings,
+                           {"Focus Mode Preferences", model.selectedDimColor, settings_keys::selectedDimColor,
+                            model.selectedCustomDimColor, settings_keys::selectedCustomDimColor},
+                           std::move(applyFocusMode), std::move(didDisappear)),
+        focusModeModel(model) {}
+
+  TWFocusMode& focusModeModel;
 };
 
 }  // namespace harbor

@@ -12,14 +12,16 @@ namespace harbor {
 
 class TWTintScreenViewController : public VeilViewController {
  public:
-  TWTintScreenViewController(const PaneSurroundings& surroundings, TWTintScreen& tintScreenModel,
+  TWTintScreenViewController(const PaneSurroundings& surroundings, TWTintScreen& model,
                              std::function<void()> applyTintScreen, std::function<void()> didDisappear)
       : VeilViewController(
             surroundings,
-            {"Tint Screen Preferences", tintScreenModel.selectedTintScreenColor,
-             settings_keys::selectedTintScreenColor, tintScreenModel.selectedCustomTintScreenColor,
-             settings_keys::selectedCustomTintScreenColor},
-            std::move(applyTintScreen), std::move(didDisappear)) {}
+            {"Tint Screen Preferences", model.selectedTintScreenColor, settings_keys::selectedTintScreenColor,
+             model.selectedCustomTintScreenColor, settings_keys::selectedCustomTintScreenColor},
+            std::move(applyTintScreen), std::move(didDisappear)),
+        tintScreenModel(model) {}
+
+  TWTintScreen& tintScreenModel;
 };
 
 }  // namespace harbor

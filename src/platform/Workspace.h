@@ -38,7 +38,8 @@ class Workspace {
   // The path of the installed application of that name; nothing when there is none.
   virtual std::optional<std::string> fullPathForApplication(std::string_view name) const = 0;
 
-  // Opens a file, folder or application as the desktop would; false when nothing could be started.
+  // Opens a file, folder or application as the desktop would; false when nothing could be started. The Mac's
+  // screen saver, "/System/Library/CoreServices/ScreenSaverEngine.app", stands for the desktop's own.
   virtual bool openFile(const FileUrl& url) = 0;
   // Opens a web address or another application's URL; false when nothing could be started.
   virtual bool openUrl(std::string_view url) = 0;

@@ -33,6 +33,7 @@ struct PreferencePanes : OverlaysFixture {
 TEST_F(PreferencePanes, TheFocusPaneOpensInFrontAsARegularApplicationsWindow) {
   openFocusPane();
   ASSERT_TRUE(focus.focusModePreferences);
+  EXPECT_EQ(&focus.focusModePreferences->focusModeModel, &focusModel);
   EXPECT_EQ(pane().title, "Focus Mode Preferences");
   EXPECT_TRUE(pane().shown);
   EXPECT_EQ(pane().ordersFront, 1);
@@ -45,6 +46,7 @@ TEST_F(PreferencePanes, TheFocusPaneOpensInFrontAsARegularApplicationsWindow) {
 TEST_F(PreferencePanes, TheTintPaneOpensInFrontAsARegularApplicationsWindow) {
   openTintPane();
   ASSERT_TRUE(tint.tintScreenPreferences);
+  EXPECT_EQ(&tint.tintScreenPreferences->tintScreenModel, &tintModel);
   EXPECT_EQ(pane().title, "Tint Screen Preferences");
   EXPECT_TRUE(pane().shown);
   EXPECT_EQ(pane().ordersFront, 1);
