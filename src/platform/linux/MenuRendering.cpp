@@ -14,6 +14,8 @@ constexpr int kLabelCharacters = 200;
 // A point of the Mac is a logical pixel.
 constexpr int kBoldPixelSize = 14;
 
+enum class Level { top, nested };
+
 // A menu's entry together with what it stands for.
 class MenuAction : public QAction {
  public:
@@ -29,30 +31,45 @@ bool isChecked(const MenuItem& item) {
   return item.state == MenuItem::State::on;
 }
 
-// The mark of what is bold, which also exported menus can show. Its colour is read on light and on dark.
-const QIcon& dotIcon() {
-  static const QIcon icon = [] {
-    QIcon dot;
-    for (const int size : {16, 32}) {
-      QPixmap pixmap(size, size);
-      pixmap.fill(Qt::transparent);
-      QPainter painter(&pixmap);
-      painter.setRenderHint(QPainter::Antialiasing);
-      painter.setPen(Qt::NoPen);
-      painter.setBrush(QColor(0x35, 0x84, 0xe4));
-      painter.drawEllipse(QRectF(size * 0.25, size * 0.25, size * 0.5, size * 0.5));
-      dot.addPixmap(pixmap);
-    }
-    return dot;
-  }();
-  return icon;
+// The mark of what is bold, which also exported menus can show. It is read on light, on dark and, by its rim,
+// on a selected line.
+QIcon drawDot(const QColor& colour, const QColor& rim) {
+  QIcon dot;
+  for (const int size : {16, 32}) {
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(rim, size / 16.0));
+    painter.setBrush(colour);
+    painter.drawEllipse(QRectF(size * 0.25, size * 0.25, size * 0.5, size * 0.5));
+    dot.addPixmap(pixmap);
+  }
+  return dot;
 }
 
-// Whether the entry can become the item by changing its texts alone. Panels are told of changed properties,
-// not of vanished ones, so a check mark or a dot that goes away takes a new entry.
+// All entries of the menu itself have an icon, most of them one that is not to be seen: titles stay in line,
+// and a tool that is switched on or off changes an icon, not the shape of the menu.
+const QIcon& markOf(const MenuItem& item) {
+  static const QIcon dot = drawDot(QColor(0x35, 0x84, 0xe4), Qt::white);
+  static const QIcon blank = drawDot(Qt::transparent, Qt::transparent);
+  return item.bold ? dot : blank;
+}
+
+QFont fontOf(const MenuItem& item, const QMenu& menu) {
+  QFont font = menu.font();
+  if (item.bold) {
+    font.setBold(true);
+    font.setPixelSize(kBoldPixelSize);
+  }
+  return font;
+}
+
+// Whether the entry can become the item in place. Panels are told of changed properties, not of vanished
+// ones, and not all take up new ones, so a check mark that comes or goes takes a new entry.
 bool canBecome(const MenuAction& action, const MenuItem& item) {
   return action.item.kind == item.kind && (action.menu() != nullptr) == hasSubmenu(item) &&
-         action.isCheckable() == isChecked(item) && action.item.bold == item.bold;
+         action.isCheckable() == isChecked(item);
 }
 
 MenuAction* newAction(QMenu& target, const MenuItem& item, const MenuItemChosen& chosen) {
@@ -67,14 +84,6 @@ MenuAction* newAction(QMenu& target, const MenuItem& item, const MenuItemChosen&
     action->setMenu(submenu);
   }
   action->setCheckable(isChecked(item));
-  if (item.bold) {
-    QFont font = target.font();
-    font.setBold(true);
-    font.setPixelSize(kBoldPixelSize);
-    action->setFont(font);
-    action->setIcon(dotIcon());
-    action->setIconVisibleInMenu(true);
-  }
   QObject::connect(action, &QAction::triggered, action, [action, chosen] {
     // What the toolkit has just toggled is for the models to say.
     action->setChecked(isChecked(action->item));
@@ -83,11 +92,17 @@ MenuAction* newAction(QMenu& target, const MenuItem& item, const MenuItemChosen&
   return action;
 }
 
-void update(MenuAction& action, const MenuItem& item, MenuLabels labels, const MenuItemChosen& chosen) {
-  if (action.menu()) renderMenu(*action.menu(), item.submenu, labels, chosen);
+void render(QMenu& target, const Menu& menu, Level level, MenuLabels labels, const MenuItemChosen& chosen);
+
+void update(MenuAction& action, const MenuItem& item, const QMenu& target, Level level, MenuLabels labels,
+            const MenuItemChosen& chosen) {
+  if (action.menu()) render(*action.menu(), item.submenu, Level::nested, labels, chosen);
+  const bool wasBold = action.item.bold;
   action.item = item;
   action.item.submenu.clear();
   if (item.kind == MenuItem::Kind::separator) return;
+  if (wasBold != item.bold) action.setFont(fontOf(item, target));
+  if (wasBold != item.bold || (level == Level::top && action.icon().isNull())) action.setIcon(markOf(item));
   const bool isSpacer = item.kind == MenuItem::Kind::spacer;
   action.setText(isSpacer ? QString() : menuLabel(item.title, labels));
   action.setToolTip(toolTipText(item.toolTip));
@@ -102,9 +117,7 @@ void removeAction(QMenu& target, QAction* action) {
   delete submenu;
 }
 
-}  // namespace
-
-void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuItemChosen& chosen) {
+void render(QMenu& target, const Menu& menu, Level level, MenuLabels labels, const MenuItemChosen& chosen) {
   qsizetype at = 0;
   for (const MenuItem& item : menu) {
     const QList<QAction*> actions = target.actions();
@@ -112,18 +125,24 @@ void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuIt
     auto* action = static_cast<MenuAction*>(next);
     if (!action || !canBecome(*action, item)) {
       action = newAction(target, item, chosen);
-      update(*action, item, labels, chosen);
+      update(*action, item, target, level, labels, chosen);
       target.insertAction(next, action);
       // An entry that only lost or got its mark is replaced; anything else may still fit further down.
       if (next && static_cast<MenuAction*>(next)->item.title == item.title && !item.title.empty())
         removeAction(target, next);
     } else {
-      update(*action, item, labels, chosen);
+      update(*action, item, target, level, labels, chosen);
     }
     ++at;
   }
   for (QAction* const surplus : target.actions().mid(at))
     removeAction(target, surplus);
+}
+
+}  // namespace
+
+void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuItemChosen& chosen) {
+  render(target, menu, Level::top, labels, chosen);
 }
 
 QString menuLabel(const std::string& title, MenuLabels labels) {

@@ -25,7 +25,11 @@ constexpr auto kPanelPainted = 2s;
 }  // namespace
 
 TrayStatusItem::TrayStatusItem(XcbConnection* x, ModalWindows& modalWindows, UserTime& userTime)
-    : x_(x), modalWindows_(modalWindows), userTime_(userTime), finder_(x) {
+    : x_(x),
+      modalWindows_(modalWindows),
+      userTime_(userTime),
+      finder_(x),
+      blockedClicks_(modalWindows, [this] { showMenu(); }) {
   menu_.setToolTipsVisible(true);
   closing_.setSingleShot(true);
   closing_.setInterval(kClosing);
@@ -46,7 +50,7 @@ TrayStatusItem::~TrayStatusItem() = default;
 void TrayStatusItem::setImage(std::string_view name, ImageMode mode) {
   imageName_ = name;
   imageMode_ = mode;
-  if (icon_) updateIcon();
+  if (icon_) icon_->setIcon(templateIcon(imageName_, tone_));
 }
 
 void TrayStatusItem::setAction(std::function<void()> clicked) {
@@ -84,8 +88,11 @@ void TrayStatusItem::showIcon(TrayKind kind) {
 
 void TrayStatusItem::updateIcon() {
   if (!icon_) return;
-  if (const PanelTone tone = panelTone(x_); std::exchange(tone_, tone) != tone)
-    icon_->setIcon(templateIcon(imageName_, tone));
+  // A panel that is just being restarted is expected to come back as it was.
+  const PanelTone tone = panelTone(x_);
+  if (tone == PanelTone::unknown || tone == tone_) return;
+  tone_ = tone;
+  icon_->setIcon(templateIcon(imageName_, tone));
 }
 
 void TrayStatusItem::fill(Filling filling) {

@@ -4,7 +4,6 @@
 
 #include <QMenu>
 #include <QObject>
-#include <QPointer>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QWidget>
@@ -12,6 +11,7 @@
 #include <string>
 
 #include "platform/StatusItem.h"
+#include "platform/linux/BlockedTrayClicks.h"
 #include "platform/linux/ModalWindows.h"
 #include "platform/linux/PanelTone.h"
 #include "platform/linux/TrayFinder.h"
@@ -52,6 +52,7 @@ class TrayStatusItem : public StatusItem {
   UserTime& userTime_;
   QObject mainThread_;
   TrayFinder finder_;
+  BlockedTrayClicks blockedClicks_;
   QMenu menu_;
   std::unique_ptr<QSystemTrayIcon> icon_;  // null until there is a tray
   std::unique_ptr<QWidget> menuWindow_;
