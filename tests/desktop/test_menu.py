@@ -1,4 +1,4 @@
-from case import DesktopCase, center, wait_for
+from case import DesktopCase, center, wait_for, with_history
 from screen import Window
 
 SECTIONS = [
@@ -118,11 +118,10 @@ def is_in_task_bar(screen, window):
 
 
 class Alerts(DesktopCase):
-    settings = {"StartMessageAlertSuppression": True, "ClipboardEnabled": True}
+    settings = with_history("first")
 
     def open_alert(self):
         other = self.notes()
-        self.copy_and_record(other, "first")
         self.tray.choose("Clipboard", "Clear All")
         self.tray.wait_for_dialog()
         return other
