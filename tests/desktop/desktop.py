@@ -96,6 +96,7 @@ class Desktop:
                 folder.mkdir(parents=True)
             self.runtime.chmod(0o700)
             self._prepare_environment()
+            self._write_panel_configuration(dark_panel)
             self._start_screen()
             self._start_bus()
             if window_manager:
@@ -104,7 +105,6 @@ class Desktop:
             if compositor:
                 self.spawn("picom", "--config", "/dev/null", "--backend", "xrender")
                 wait_for("the compositor", lambda: self.screen.selection_owner("_NET_WM_CM_S0"))
-            self.write_panel_configuration(dark_panel)
             if panel:
                 self.start_panel(panel)
         except BaseException:
@@ -215,6 +215,11 @@ class Desktop:
                 f"nothing is started. {answer.stderr}"
             )
 
+    def _write_panel_configuration(self, dark):
+        folder = self.config / "xfce4/xfconf/xfce-perchannel-xml"
+        folder.mkdir(parents=True)
+        (folder / "xfce4-panel.xml").write_text(XFCE_PANEL.format(dark="true" if dark else "false"))
+
     def _start_screen(self):
         reader, writer = os.pipe()
         server = self.spawn(
@@ -276,11 +281,6 @@ class Desktop:
         if name in ("trayer", "tint2"):
             return self.screen.selection_owner("_NET_SYSTEM_TRAY_S0") is not None
         return self.bus.name_has_owner(WATCHER)
-
-    def write_panel_configuration(self, dark):
-        folder = self.config / "xfce4/xfconf/xfce-perchannel-xml"
-        folder.mkdir(parents=True)
-        (folder / "xfce4-panel.xml").write_text(XFCE_PANEL.format(dark="true" if dark else "false"))
 
     def stop_panel(self):
         """Kills the panel and waits until nothing of its tray is left."""

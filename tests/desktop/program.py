@@ -25,7 +25,7 @@ class MenuEntry:
         self.separator = properties.get("type") == "separator"
         self.visible = bool(properties.get("visible", True))
         self.enabled = bool(properties.get("enabled", True))
-        self.has_icon = bool(properties.get("icon-data") or properties.get("icon-name"))
+        self.icon = bytes(properties.get("icon-data", b""))
         self.checked = int(properties.get("toggle-state", -1)) == 1
         # A single underscore marks a mnemonic, two of them are one.
         self.label = str(properties.get("label", "")).replace("__", "\0").replace("_", "").replace("\0", "_")

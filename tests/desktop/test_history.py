@@ -99,8 +99,8 @@ class FullHistory(DesktopCase):
 
     def test_marks_the_entry_that_is_on_the_clipboard(self):
         self.tray.choose("Clipboard", "entry 3")
-        self.wait_for_entry("the dot", lambda entry: entry.has_icon, "Clipboard", "entry 3")
-        self.assertFalse(self.menu_entry("Clipboard", "entry 4").has_icon)
+        entry = self.wait_for_entry("the dot", lambda entry: entry.icon, "Clipboard", "entry 3")
+        self.assertNotEqual(self.menu_entry("Clipboard", "entry 4").icon, entry.icon)
 
     def test_is_cleared_after_a_confirmation(self):
         self.tray.choose("Clipboard", "Clear All")

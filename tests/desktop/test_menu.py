@@ -68,10 +68,12 @@ class Menu(DesktopCase):
         self.wait_for_entry("no check mark", lambda entry: not entry.checked, "Clipboard", "Enable")
 
     def test_marks_a_tool_that_is_on(self):
-        self.assertFalse(self.menu_entry("Clipboard").has_icon)
+        unmarked = self.menu_entry("Clipboard").icon
         self.tray.choose("Clipboard", "Enable")
-        self.wait_for_entry("the dot", lambda entry: entry.has_icon, "Clipboard")
-        self.assertFalse(self.menu_entry("Clear Clipboard Formatting").has_icon)
+        self.wait_for_entry("the dot", lambda entry: entry.icon != unmarked, "Clipboard")
+        self.assertEqual(self.menu_entry("Clear Clipboard Formatting").icon, unmarked)
+        self.tray.choose("Clipboard", "Enable")
+        self.wait_for_entry("no dot", lambda entry: entry.icon == unmarked, "Clipboard")
 
     def test_stays_open_and_complete_through_many_openings(self):
         for _ in range(10):

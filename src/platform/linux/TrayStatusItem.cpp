@@ -81,6 +81,10 @@ void TrayStatusItem::showIcon(TrayKind kind) {
   tone_ = panelTone(x_);
   icon_->setIcon(templateIcon(imageName_, tone_));
   icon_->setToolTip(QString::fromLatin1(kApplicationName));
+  // A panel shows a menu of its own instead of one that it has only seen empty. Nobody has opened this one
+  // yet.
+  fill(kind == TrayKind::statusNotifier ? Filling::forHost : Filling::forScreen);
+  didClose_ = nullptr;
   icon_->setContextMenu(&menu_);
   icon_->show();
   QTimer::singleShot(kPanelPainted, &mainThread_, [this] { updateIcon(); });

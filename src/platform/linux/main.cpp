@@ -120,7 +120,7 @@ int run(char* program) {
   std::array<char*, 4> arguments{program, platformOption.data(), platformName.data(), nullptr};
   int argumentCount = 3;
   QApplication::setQuitOnLastWindowClosed(false);
-  QApplication::setApplicationName(QString::fromLatin1(kApplicationIdentifier));
+  QApplication::setApplicationName(QString::fromLatin1(kApplicationName));
   QApplication::setApplicationDisplayName(QString::fromLatin1(kApplicationName));
   QApplication::setDesktopFileName(QString::fromLatin1(kApplicationIdentifier));
   QApplication application(argumentCount, arguments.data());
