@@ -13,6 +13,8 @@
 namespace harbor {
 namespace {
 
+constexpr std::string_view kMacScreenSaver = "/System/Library/CoreServices/ScreenSaverEngine.app";
+
 // The session bus answers such a question itself; should it hang, the answer is no.
 constexpr int kBusTimeout = 500;
 
@@ -35,7 +37,8 @@ std::string lowercasedAscii(std::string text) {
 
 }  // namespace
 
-LinuxWorkspace::LinuxWorkspace(const DesktopEntries& entries) : entries_(entries), launcher_(entries) {
+LinuxWorkspace::LinuxWorkspace(const DesktopEntries& entries, std::function<bool()> startScreenSaver)
+    : entries_(entries), launcher_(entries), startScreenSaver_(std::move(startScreenSaver)) {
   if (!QCoreApplication::instance()) return;
   connection_ = XcbConnection::open();
   if (connection_) windows_ = std::make_unique<WindowHintsReader>(*connection_);
@@ -110,6 +113,11 @@ std::optional<std::string> LinuxWorkspace::fullPathForApplication(std::string_vi
     if (!path.empty()) return path;
   }
   return std::nullopt;
+}
+
+bool LinuxWorkspace::openFile(const FileUrl& url) {
+  if (url.path == kMacScreenSaver) return startScreenSaver_ && startScreenSaver_();
+  return launcher_.openFile(url);
 }
 
 Subscription LinuxWorkspace::onWillSleep(std::function<void()> handler) {

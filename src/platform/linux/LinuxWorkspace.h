@@ -2,6 +2,7 @@
 // an X server there is no front application and no window, and the rest works.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/Workspace.h"
@@ -17,8 +18,9 @@ namespace harbor {
 
 class LinuxWorkspace : public Workspace {
  public:
-  // Takes the X server's properties over a connection of its own.
-  explicit LinuxWorkspace(const DesktopEntries& entries);
+  // Takes the X server's properties over a connection of its own. `startScreenSaver` starts the desktop's
+  // screen saver and tells whether it could; empty where there is none.
+  explicit LinuxWorkspace(const DesktopEntries& entries, std::function<bool()> startScreenSaver = {});
 
   // Every application with a window, and every program of this user that has a desktop entry or is the
   // counterpart of a Mac application; each once. The bundle identifier is that of the Mac application where
@@ -33,7 +35,7 @@ class LinuxWorkspace : public Workspace {
 
   std::optional<std::string> fullPathForApplication(std::string_view name) const override;
 
-  bool openFile(const FileUrl& url) override { return launcher_.openFile(url); }
+  bool openFile(const FileUrl& url) override;
   bool openUrl(std::string_view url) override { return launcher_.openUrl(url); }
   void reveal(const std::vector<FileUrl>& urls) override { launcher_.reveal(urls); }
 
@@ -53,6 +55,7 @@ class LinuxWorkspace : public Workspace {
 
   const DesktopEntries& entries_;
   ApplicationLauncher launcher_;
+  std::function<bool()> startScreenSaver_;
   std::unique_ptr<XcbConnection> connection_;
   std::unique_ptr<WindowHintsReader> windows_;
   SleepMonitor sleep_;
