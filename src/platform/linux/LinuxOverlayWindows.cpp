@@ -1,0 +1,29 @@
+#include "platform/linux/LinuxOverlayWindows.h"
+
+#include "platform/linux/LinuxOverlayWindow.h"
+
+namespace harbor {
+namespace {
+
+class NoOverlayWindow : public OverlayWindow {
+ public:
+  void setBackgroundColour(const Colour&) override {}
+  void setIgnoresMouseEvents() override {}
+  void setLevel(WindowLevel) override {}
+  void setCollectionBehaviour(CollectionBehaviour) override {}
+  void setFrame(const Rect&) override {}
+  void setContents(const Image&) override {}
+  void setDrawing(const Drawing&, const Rect&) override {}
+  void orderFrontRegardless() override {}
+  void orderBelow(WindowNumber) override {}
+  void orderOut() override {}
+};
+
+}  // namespace
+
+std::unique_ptr<OverlayWindow> LinuxOverlayWindows::make(const OverlayWindowSpec& spec) {
+  if (!desktop_) return std::make_unique<NoOverlayWindow>();
+  return std::make_unique<LinuxOverlayWindow>(*desktop_, spec);
+}
+
+}  // namespace harbor

@@ -1,0 +1,23 @@
+// Overlay windows on an X server. Veils and rings are override-redirect windows that the server itself paints; the
+// window over the desktop's icons is one that the window manager keeps above them, where it can.
+#pragma once
+
+#include <memory>
+
+#include "platform/OverlayWindows.h"
+#include "platform/linux/OverlayDesktop.h"
+
+namespace harbor {
+
+class LinuxOverlayWindows : public OverlayWindows {
+ public:
+  // Without an X server `desktop` is null, and windows do nothing. It outlives this and all windows.
+  explicit LinuxOverlayWindows(OverlayDesktop* desktop) : desktop_(desktop) {}
+
+  std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) override;
+
+ private:
+  OverlayDesktop* desktop_;
+};
+
+}  // namespace harbor

@@ -1,0 +1,33 @@
+// The main display's place on the X screen: the primary output, or the whole screen where there is none.
+#pragma once
+
+#include <functional>
+#include <map>
+
+#include "platform/linux/PixelGeometry.h"
+#include "platform/linux/XcbConnection.h"
+
+namespace harbor {
+
+class MainDisplay {
+ public:
+  // The connection outlives this.
+  explicit MainDisplay(XcbConnection& connection);
+
+  const PixelRect& bounds() const { return bounds_; }
+  // The display moved, was resized or became another one.
+  Subscription onChange(std::function<void()> handler);
+
+ private:
+  PixelRect query() const;
+  void refresh();
+
+  XcbConnection& connection_;
+  bool hasRandr_ = false;
+  PixelRect bounds_;
+  std::map<int, std::function<void()>> handlers_;
+  int nextHandler_ = 1;
+  Subscription events_;
+};
+
+}  // namespace harbor

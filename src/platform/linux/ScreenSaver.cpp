@@ -1,0 +1,196 @@
+#include "platform/linux/ScreenSaver.h"
+
+#include <xcb/screensaver.h>
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <iterator>
+#include <utility>
+
+namespace harbor {
+namespace {
+
+struct Service {
+  const char* name;
+  const char* path;
+  const char* interface;
+};
+
+// The desktops' own services come first: the name of freedesktop.org is often owned by a power manager that only
+// counts inhibitions and cannot start a saver.
+constexpr Service kServices[] = {
+    {"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"},
+    {"org.mate.ScreenSaver", "/org/mate/ScreenSaver", "org.mate.ScreenSaver"},
+    {"org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver", "org.cinnamon.ScreenSaver"},
+    {"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver", "org.xfce.ScreenSaver"},
+    {"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver"},
+    {"org.freedesktop.ScreenSaver", "/ScreenSaver", "org.freedesktop.ScreenSaver"},
+};
+constexpr char kActivityService[] = "org.freedesktop.ScreenSaver";
+constexpr char kActivityPath[] = "/org/freedesktop/ScreenSaver";
+constexpr char kStatusProperty[] = "_SCREENSAVER_STATUS";
+
+// A call that never starts a service that is not running.
+QDBusMessage callTo(const Service& service, const char* method) {
+  auto message = QDBusMessage::createMethodCall(QString::fromLatin1(service.name),
+                                                QString::fromLatin1(service.path),
+                                                QString::fromLatin1(service.interface),
+                                                QString::fromLatin1(method));
+  message.setAutoStartService(false);
+  return message;
+}
+
+}  // namespace
+
+ScreenSaver::ScreenSaver(XcbConnection* connection) : connection_(connection) {
+  if (connection_) followServer();
+  followServices();
+}
+
+bool ScreenSaver::isActive() const {
+  return serverActive_ || programActive_ || !activeServices_.isEmpty();
+}
+
+Subscription ScreenSaver::onChange(std::function<void()> handler) {
+  const int number = nextHandler_++;
+  handlers_.emplace(number, std::move(handler));
+  return Subscription([self = QPointer(this), number] {
+    if (self) self->handlers_.erase(number);
+  });
+}
+
+void ScreenSaver::update(const std::function<void()>& change) {
+  const bool before = isActive();
+  change();
+  if (before == isActive()) return;
+  const auto handlers = handlers_;
+  for (const auto& [number, handler] : handlers) {
+    if (handlers_.contains(number)) handler();
+  }
+}
+
+void ScreenSaver::followServer() {
+  auto* xcb = connection_->get();
+  const auto* extension = xcb_get_extension_data(xcb, &xcb_screensaver_id);
+  hasServerSaver_ = extension && extension->present;
+  int saverNotify = -1;
+  if (hasServerSaver_) {
+    saverNotify = extension->first_event + XCB_SCREENSAVER_NOTIFY;
+    xcb_screensaver_select_input(xcb, connection_->root(), XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
+    const XcbOwned<xcb_screensaver_query_info_reply_t> info(xcb_screensaver_query_info_reply(
+        xcb, xcb_screensaver_query_info(xcb, connection_->root()), nullptr));
+    serverActive_ = info && info->state == XCB_SCREENSAVER_STATE_ON;
+  }
+  const auto status = connection_->atom(kStatusProperty);
+  // The first word says what the program does: 0 for nothing, else blanking or locking.
+  const auto isProgramActive = [this, status] {
+    return connection_->word(connection_->root(), status).value_or(0) != 0;
+  };
+  programActive_ = isProgramActive();
+  connection_->selectEvents(connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+  events_ = connection_->onEvent([=, this](const XcbConnection::Event& event) {
+    const int type = event.response_type & 0x7f;
+    if (type == saverNotify) {
+      const auto& notify = reinterpret_cast<const xcb_screensaver_notify_event_t&>(event);
+      update([&] { serverActive_ = notify.state == XCB_SCREENSAVER_STATE_ON; });
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+      const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+      if (notify.atom == status) update([&] { programActive_ = isProgramActive(); });
+    }
+  });
+}
+
+void ScreenSaver::followServices() {
+  auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+
+  auto* watcher = new QDBusServiceWatcher(this);
+  watcher->setConnection(bus);
+  watcher->setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+  QSet<QString> followed;
+  for (const auto& service : kServices) {
+    const auto name = QString::fromLatin1(service.name);
+    if (!followed.contains(name)) {
+      followed.insert(name);
+      watcher->addWatchedService(name);
+      // Of any path, since services differ in the path that the signal comes from.
+      bus.connect(QString(), QString(), QString::fromLatin1(service.interface), QStringLiteral("ActiveChanged"),
+                  this, SLOT(activeChanged(bool, QDBusMessage)));
+    }
+    auto* pending = new QDBusPendingCallWatcher(bus.asyncCall(callTo(service, "GetActive")), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, name] {
+      const QDBusPendingReply<bool> reply = *pending;
+      if (name == QLatin1String(kActivityService) && (reply.isValid() ||
+          reply.error().type() != QDBusError::ServiceUnknown)) {
+        isActivityServiceThere_ = true;
+      }
+      if (reply.isValid() && reply.value())
+        update([&] { activeServices_.insert(pending->reply().service()); });
+      pending->deleteLater();
+    });
+  }
+  connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString& name, const QString& oldOwner, const QString& newOwner) {
+            if (name == QLatin1String(kActivityService)) isActivityServiceThere_ = !newOwner.isEmpty();
+            update([&] { activeServices_.remove(oldOwner); });
+          });
+}
+
+void ScreenSaver::activeChanged(bool active, const QDBusMessage& message) {
+  update([&] {
+    if (active) {
+      activeServices_.insert(message.service());
+    } else {
+      activeServices_.remove(message.service());
+    }
+  });
+}
+
+bool ScreenSaver::activate() {
+  if (QDBusConnection::sessionBus().isConnected()) {
+    activateFrom(0);
+    return true;
+  }
+  return activateServer();
+}
+
+void ScreenSaver::activateFrom(std::size_t service) {
+  if (service == std::size(kServices)) {
+    activateServer();
+    return;
+  }
+  auto message = callTo(kServices[service], "SetActive");
+  message << true;
+  auto* pending = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+  connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, service] {
+    if (pending->isError()) activateFrom(service + 1);
+    pending->deleteLater();
+  });
+}
+
+bool ScreenSaver::activateServer() {
+  if (!connection_) return false;
+  const auto command = QStringLiteral("xscreensaver-command");
+  if (connection_->word(connection_->root(), connection_->atom(kStatusProperty)) &&
+      !QStandardPaths::findExecutable(command).isEmpty()) {
+    return QProcess::startDetached(command, {QStringLiteral("-activate")});
+  }
+  xcb_force_screen_saver(connection_->get(), XCB_SCREEN_SAVER_ACTIVE);
+  xcb_flush(connection_->get());
+  return true;
+}
+
+void ScreenSaver::simulateUserActivity() {
+  if (!isActivityServiceThere_) return;
+  auto message = callTo({kActivityService, kActivityPath, kActivityService}, "SimulateUserActivity");
+  QDBusConnection::sessionBus().send(message);
+}
+
+}  // namespace harbor
