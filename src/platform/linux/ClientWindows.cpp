@@ -64,8 +64,8 @@ void ClientWindows::learn(const std::vector<xcb_window_t>& windows) {
   auto* xcb = connection_.get();
   std::vector<xcb_get_property_cookie_t> types;
   for (const auto& walk : walks) {
-    types.push_back(xcb_get_property(xcb, 0, walk.client, connection_.atom("_NET_WM_WINDOW_TYPE"),
-                                     XCB_ATOM_ATOM, 0, 32));
+    types.push_back(
+        xcb_get_property(xcb, 0, walk.client, connection_.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 0, 32));
   }
   // All walks go up one step at a time, so that the depth of the frames counts, not the number of windows.
   for (bool going = true; going;) {
@@ -98,9 +98,8 @@ void ClientWindows::learn(const std::vector<xcb_window_t>& windows) {
 }
 
 void ClientWindows::forget(xcb_window_t window) {
-  std::erase_if(known_, [window](const auto& known) {
-    return known.first == window || known.second.frame == window;
-  });
+  std::erase_if(
+      known_, [window](const auto& known) { return known.first == window || known.second.frame == window; });
 }
 
 }  // namespace harbor

@@ -1,5 +1,5 @@
-// The windows that the window manager manages, each with the frame that the manager put it in. Frames and types
-// are asked for once and kept until the server reports a change.
+// The windows that the window manager manages, each with the frame that the manager put it in. Frames and
+// types are asked for once and kept until the server reports a change.
 #pragma once
 
 #include <map>

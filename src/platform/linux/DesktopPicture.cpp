@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "platform/linux/TopLevelWindows.h"
+
 namespace harbor {
 namespace {
 
@@ -35,15 +37,14 @@ QImage compose(const Wallpaper& wallpaper, QSize display) {
   QImageReader reader(QString::fromStdString(wallpaper.image));
   reader.setAutoTransform(true);
   const QSize natural = reader.size();
-  // Decoding at the shown size saves the memory of a large photograph; the size can be told only for some formats.
+  // Decoding at the shown size saves the memory of a large photograph; the size can be told only for some
+  // formats.
   if (natural.isValid() && reader.transformation() == QImageIOHandler::TransformationNone)
     reader.setScaledSize(shownSize(natural, wallpaper.mode, display));
   QImage image = reader.read();
   if (image.isNull()) return {};
-  const QSize size = shownSize(image.size(),
-                               wallpaper.mode, display);
-  if (image.size() != size)
-    image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  const QSize size = shownSize(image.size(), wallpaper.mode, display);
+  if (image.size() != size) image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 
   QImage picture(display, QImage::Format_RGB32);
   picture.fill(toQColor(wallpaper.background));
@@ -105,8 +106,8 @@ std::shared_ptr<const Picture> DesktopPicture::paint(const Wallpaper& wallpaper,
 }
 
 Colour DesktopPicture::rootColour(const PixelRect& part) const {
-  // The server does not tell the root's background, but paints it into a window that asks for its parent's: one
-  // pixel, gone before the next picture of the screen.
+  // The server does not tell the root's background, but paints it into a window that asks for its parent's:
+  // one pixel, gone before the next picture of the screen.
   auto* xcb = connection_.get();
   const xcb_window_t probe = xcb_generate_id(xcb);
   const std::uint32_t values[] = {XCB_BACK_PIXMAP_PARENT_RELATIVE, 1};

@@ -1,5 +1,5 @@
-// The wallpaper without the icons: the root pixmap where it is what the desktop shows, else the image that the
-// desktop program was told to show, else the desktop's colour.
+// The wallpaper without the icons: the root pixmap where it is what the desktop shows, else the image that
+// the desktop program was told to show, else the desktop's colour.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
-// What the running window manager allows a window that it does not manage. Window managers do not say; these are
-// facts that were found by trying.
+// What the running window manager allows a window that it does not manage. Window managers do not say; these
+// are facts that were found by trying.
 #pragma once
 
 #include <string>
@@ -30,8 +30,8 @@ struct DesktopTraits {
   friend bool operator==(const DesktopTraits&, const DesktopTraits&) = default;
 };
 
-// The traits of the manager of that name (its _NET_WM_NAME); an unknown one gets what works with all. The empty
-// name stands for no manager at all.
+// The traits of the manager of that name (its _NET_WM_NAME); an unknown one gets what works with all. The
+// empty name stands for no manager at all.
 DesktopTraits desktopTraitsFor(std::string_view windowManager);
 
 // The running window manager's name, empty without one.

@@ -114,7 +114,8 @@ void drawLabel(QPainter& painter, const Label& label, const QRectF& frame, doubl
   Qt::Alignment alignment = Qt::AlignHCenter;
   if (label.alignment == Label::Alignment::left) alignment = Qt::AlignLeft;
   if (label.alignment == Label::Alignment::right) alignment = Qt::AlignRight;
-  painter.drawText(bounds, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip,
+  painter.drawText(bounds,
+                   static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip,
                    QString::fromStdString(label.text));
 }
 

@@ -1,5 +1,5 @@
-// A pane with a colour well: a small window with one button, which shows the colour and opens a colour chooser whose
-// choice is taken up while it is being made.
+// A pane with a colour well: a small window with one button, which shows the colour and opens a colour
+// chooser whose choice is taken up while it is being made.
 #pragma once
 
 #include <QPointer>

@@ -10,7 +10,8 @@
 namespace harbor {
 namespace {
 
-// The opaque parts of an image, one span a stretch of pixels, for a window that is shaped since nothing blends.
+// The opaque parts of an image, one span a stretch of pixels, for a window that is shaped since nothing
+// blends.
 std::vector<PixelRect> opaqueSpans(const QImage& image) {
   constexpr int kHalf = 128;
   std::vector<PixelRect> spans;
@@ -18,7 +19,8 @@ std::vector<PixelRect> opaqueSpans(const QImage& image) {
     const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
     for (int x = 0; x < image.width();) {
       int end = x;
-      while (end < image.width() && qAlpha(row[end]) >= kHalf) ++end;
+      while (end < image.width() && qAlpha(row[end]) >= kHalf)
+        ++end;
       if (end > x) spans.push_back({x, y, end - x, 1});
       x = end + 1;
     }

@@ -59,9 +59,9 @@ class LinuxOverlayWindow : public OverlayWindow {
   xcb_window_t relative_ = XCB_NONE;
   bool wasManaged_ = false;
   std::unique_ptr<OverlaySurface> surface_;
-  std::unique_ptr<ServerPixmap> pixmap_;                  // of the drawing
+  std::unique_ptr<ServerPixmap> pixmap_;                // of the drawing
   std::optional<std::vector<PixelRect>> drawingShape_;  // where nothing blends
-  std::vector<PixelRect> holes_;                          // on the screen
+  std::vector<PixelRect> holes_;                        // on the screen
   Subscription changes_;
 };
 

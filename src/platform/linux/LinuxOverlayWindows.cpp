@@ -21,6 +21,11 @@ class NoOverlayWindow : public OverlayWindow {
 
 }  // namespace
 
+std::optional<std::string> LinuxOverlayWindows::unavailableReason() const {
+  if (desktop_) return std::nullopt;
+  return "This needs an X11 session.";
+}
+
 std::unique_ptr<OverlayWindow> LinuxOverlayWindows::make(const OverlayWindowSpec& spec) {
   if (!desktop_) return std::make_unique<NoOverlayWindow>();
   return std::make_unique<LinuxOverlayWindow>(*desktop_, spec);

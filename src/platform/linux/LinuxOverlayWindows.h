@@ -1,5 +1,5 @@
-// Overlay windows on an X server. Veils and rings are override-redirect windows that the server itself paints; the
-// window over the desktop's icons is one that the window manager keeps above them, where it can.
+// Overlay windows on an X server. Veils and rings are override-redirect windows that the server itself
+// paints; the window over the desktop's icons is one that the window manager keeps above them, where it can.
 #pragma once
 
 #include <memory>
@@ -11,8 +11,11 @@ namespace harbor {
 
 class LinuxOverlayWindows : public OverlayWindows {
  public:
-  // Without an X server `desktop` is null, and windows do nothing. It outlives this and all windows.
+  // Null where nothing can be laid over all windows: without an X server, and in a Wayland session, whose own
+  // windows an X window cannot cover. It outlives this and all windows.
   explicit LinuxOverlayWindows(OverlayDesktop* desktop) : desktop_(desktop) {}
+
+  std::optional<std::string> unavailableReason() const override;
 
   std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) override;
 

@@ -70,7 +70,8 @@ void LinuxPointerMonitor::listen() {
       if (generic.extension != inputOpcode_ || generic.event_type != XCB_INPUT_RAW_MOTION) return;
       // A fast device sends several between two turns of the event loop: one report for all of them.
       if (std::exchange(isReportQueued_, true)) return;
-      QMetaObject::invokeMethod(this, [this] { moved(); }, Qt::QueuedConnection);
+      QMetaObject::invokeMethod(
+          this, [this] { moved(); }, Qt::QueuedConnection);
     });
   }
   poll_.start();

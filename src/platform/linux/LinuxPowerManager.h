@@ -1,5 +1,5 @@
-// Display-sleep assertions: each one resets the X server's idle timer and tells the screen-saver service that the
-// user is there. It has no lasting effect, so releasing one does nothing.
+// Display-sleep assertions: each one resets the X server's idle timer and tells the screen-saver service that
+// the user is there. It has no lasting effect, so releasing one does nothing.
 #pragma once
 
 #include "platform/PowerManager.h"

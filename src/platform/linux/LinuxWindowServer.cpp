@@ -25,13 +25,13 @@ struct TypeRow {
 };
 // The first type of a window that is in this table counts. A window without a type is an ordinary one.
 constexpr TypeRow kTypes[] = {
-    {"_NET_WM_WINDOW_TYPE_NORMAL", kOrdinaryLevel},       {"_NET_WM_WINDOW_TYPE_DIALOG", kOrdinaryLevel},
-    {"_NET_WM_WINDOW_TYPE_UTILITY", kOrdinaryLevel},      {"_NET_WM_WINDOW_TYPE_DESKTOP", kDesktopLevel},
-    {"_NET_WM_WINDOW_TYPE_DOCK", kDockLevel},             {"_NET_WM_WINDOW_TYPE_TOOLBAR", kFloatingLevel},
-    {"_NET_WM_WINDOW_TYPE_MENU", kPopUpLevel},            {"_NET_WM_WINDOW_TYPE_SPLASH", kPopUpLevel},
-    {"_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", kPopUpLevel},   {"_NET_WM_WINDOW_TYPE_POPUP_MENU", kPopUpLevel},
-    {"_NET_WM_WINDOW_TYPE_TOOLTIP", kPopUpLevel},         {"_NET_WM_WINDOW_TYPE_NOTIFICATION", kPopUpLevel},
-    {"_NET_WM_WINDOW_TYPE_COMBO", kPopUpLevel},           {"_NET_WM_WINDOW_TYPE_DND", kPopUpLevel},
+    {"_NET_WM_WINDOW_TYPE_NORMAL", kOrdinaryLevel},     {"_NET_WM_WINDOW_TYPE_DIALOG", kOrdinaryLevel},
+    {"_NET_WM_WINDOW_TYPE_UTILITY", kOrdinaryLevel},    {"_NET_WM_WINDOW_TYPE_DESKTOP", kDesktopLevel},
+    {"_NET_WM_WINDOW_TYPE_DOCK", kDockLevel},           {"_NET_WM_WINDOW_TYPE_TOOLBAR", kFloatingLevel},
+    {"_NET_WM_WINDOW_TYPE_MENU", kPopUpLevel},          {"_NET_WM_WINDOW_TYPE_SPLASH", kPopUpLevel},
+    {"_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", kPopUpLevel}, {"_NET_WM_WINDOW_TYPE_POPUP_MENU", kPopUpLevel},
+    {"_NET_WM_WINDOW_TYPE_TOOLTIP", kPopUpLevel},       {"_NET_WM_WINDOW_TYPE_NOTIFICATION", kPopUpLevel},
+    {"_NET_WM_WINDOW_TYPE_COMBO", kPopUpLevel},         {"_NET_WM_WINDOW_TYPE_DND", kPopUpLevel},
 };
 
 constexpr std::string_view kProperties[] = {"_NET_WM_WINDOW_TYPE", "_NET_WM_STATE", "_NET_WM_DESKTOP",
@@ -135,8 +135,8 @@ const std::vector<LinuxWindowServer::Entry>& LinuxWindowServer::look() const {
 std::vector<LinuxWindowServer::Entry> LinuxWindowServer::query() const {
   auto& connection = *parts_.connection;
   auto* xcb = connection.get();
-  const auto currentCookie = xcb_get_property(xcb, 0, connection.root(), connection.atom("_NET_CURRENT_DESKTOP"),
-                                              XCB_ATOM_CARDINAL, 0, 1);
+  const auto currentCookie = xcb_get_property(
+      xcb, 0, connection.root(), connection.atom("_NET_CURRENT_DESKTOP"), XCB_ATOM_CARDINAL, 0, 1);
   auto clients = parts_.clients->clients();
   std::reverse(clients.begin(), clients.end());
 

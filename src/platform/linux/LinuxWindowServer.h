@@ -1,10 +1,10 @@
-// The windows on an X server as the window manager lists them, from one look at the screen for each event that
-// the program handles.
+// The windows on an X server as the window manager lists them, from one look at the screen for each event
+// that the program handles.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
-#include <QElapsedTimer>
 
 #include <map>
 
@@ -18,7 +18,8 @@ namespace harbor {
 
 class LinuxWindowServer : public QObject, public WindowServer {
  public:
-  // What the class works on; all of it outlives this. All null without an X server: nothing is on the screen then.
+  // What the class works on; all of it outlives this. All null without an X server: nothing is on the screen
+  // then.
   struct Parts {
     XcbConnection* connection = nullptr;
     ClientWindows* clients = nullptr;

@@ -9,7 +9,8 @@ namespace harbor {
 namespace {
 
 // Where the output shows its picture; nothing for one that is off.
-std::optional<PixelRect> outputBounds(xcb_connection_t* xcb, xcb_randr_output_t output, xcb_timestamp_t time) {
+std::optional<PixelRect> outputBounds(xcb_connection_t* xcb, xcb_randr_output_t output,
+                                      xcb_timestamp_t time) {
   const XcbOwned<xcb_randr_get_output_info_reply_t> info(
       xcb_randr_get_output_info_reply(xcb, xcb_randr_get_output_info(xcb, output, time), nullptr));
   if (!info || info->crtc == XCB_NONE) return std::nullopt;

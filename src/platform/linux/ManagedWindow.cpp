@@ -18,8 +18,8 @@ void setWords(const XcbConnection& connection, xcb_window_t window, std::string_
 }  // namespace
 
 void prepareManagedBelow(const XcbConnection& connection, xcb_window_t window, ManagedKind kind) {
-  const std::uint32_t type[] = {connection.atom(kind == ManagedKind::dock ? "_NET_WM_WINDOW_TYPE_DOCK"
-                                                                          : "_NET_WM_WINDOW_TYPE_NORMAL")};
+  const std::uint32_t type[] = {
+      connection.atom(kind == ManagedKind::dock ? "_NET_WM_WINDOW_TYPE_DOCK" : "_NET_WM_WINDOW_TYPE_NORMAL")};
   setWords(connection, window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, type);
   std::vector<std::uint32_t> states;
   for (const auto state : kStates)

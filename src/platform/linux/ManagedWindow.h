@@ -1,5 +1,5 @@
-// A window that the window manager stacks below all others but above the desktop's icons: never focused, in no
-// task bar, pager or window switcher, on every workspace.
+// A window that the window manager stacks below all others but above the desktop's icons: never focused, in
+// no task bar, pager or window switcher, on every workspace.
 #pragma once
 
 #include "platform/linux/XcbConnection.h"

@@ -123,7 +123,8 @@ void OverlayStack::arrange() {
       mayRestack_ = false;
       sinceRestack_.restart();
     } else {
-      timer_.start(std::chrono::milliseconds(std::max<qint64>(1, kRestackInterval - sinceRestack_.elapsed())));
+      timer_.start(
+          std::chrono::milliseconds(std::max<qint64>(1, kRestackInterval - sinceRestack_.elapsed())));
     }
   }
   xcb_flush(connection_.get());
@@ -210,7 +211,8 @@ bool OverlayStack::arrangeTop(const Stack& stack, bool mustRaise) {
   return isRaising;
 }
 
-std::vector<TopLevelWindow> OverlayStack::foreign(const Stack& stack, std::size_t from, std::size_t to) const {
+std::vector<TopLevelWindow> OverlayStack::foreign(const Stack& stack, std::size_t from,
+                                                  std::size_t to) const {
   std::vector<xcb_window_t> windows;
   for (std::size_t i = from; i < to; ++i) {
     const auto window = stack.windows[i];
@@ -225,15 +227,15 @@ std::vector<TopLevelWindow> OverlayStack::foreign(const Stack& stack, std::size_
 }
 
 bool OverlayStack::isLocker(const TopLevelWindow& window) const {
-  // A locker's window covers the screen and is no window manager's business; a full-screen window's frame looks
-  // the same but has a managed window in it.
+  // A locker's window covers the screen and is no window manager's business; a full-screen window's frame
+  // looks the same but has a managed window in it.
   return window.isOverrideRedirect && window.frame.covers(display_.bounds()) &&
          !clients_.clientInFrame(window.window).has_value();
 }
 
 std::vector<PixelRect> OverlayStack::holesFor(const std::vector<TopLevelWindow>& windows) const {
-  // The client's rectangle and its extents, since some managers' frames have invisible borders and some clients
-  // draw their shadow themselves.
+  // The client's rectangle and its extents, since some managers' frames have invisible borders and some
+  // clients draw their shadow themselves.
   struct Query {
     const TopLevelWindow* window;
     xcb_window_t client;
@@ -246,12 +248,11 @@ std::vector<PixelRect> OverlayStack::holesFor(const std::vector<TopLevelWindow>&
   std::vector<Query> queries;
   for (const auto& window : windows) {
     const auto client = clients_.clientInFrame(window.window).value_or(window.window);
-    queries.push_back({&window, client, xcb_get_geometry(xcb, client),
-                       xcb_translate_coordinates(xcb, client, connection_.root(), 0, 0),
-                       xcb_get_property(xcb, 0, client, connection_.atom("_NET_FRAME_EXTENTS"),
-                                        XCB_ATOM_CARDINAL, 0, 4),
-                       xcb_get_property(xcb, 0, client, connection_.atom("_GTK_FRAME_EXTENTS"),
-                                        XCB_ATOM_CARDINAL, 0, 4)});
+    queries.push_back(
+        {&window, client, xcb_get_geometry(xcb, client),
+         xcb_translate_coordinates(xcb, client, connection_.root(), 0, 0),
+         xcb_get_property(xcb, 0, client, connection_.atom("_NET_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 0, 4),
+         xcb_get_property(xcb, 0, client, connection_.atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 0, 4)});
   }
   std::vector<PixelRect> holes;
   for (const auto& query : queries) {

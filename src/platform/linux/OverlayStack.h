@@ -1,6 +1,7 @@
-// Keeps the program's overlays where they belong among the windows of others, and keeps the peace: an overlay is
-// restacked only when something foreign stands where it must not, at most 20 times a second, and nothing is
-// raised while a screen saver or locker is there. Changes of the overlays themselves are never an occasion.
+// Keeps the program's overlays where they belong among the windows of others, and keeps the peace: an overlay
+// is restacked only when something foreign stands where it must not, at most 20 times a second, and nothing
+// is raised while a screen saver or locker is there. Changes of the overlays themselves are never an
+// occasion.
 #pragma once
 
 #include <QElapsedTimer>
@@ -32,7 +33,8 @@ struct StackedOverlay {
   Place place = Place::top;
   Kind kind = Kind::veil;
   xcb_window_t relative = XCB_NONE;
-  // The parts of the screen that have to stay clear, since the place cannot be had exactly; empty when it can.
+  // The parts of the screen that have to stay clear, since the place cannot be had exactly; empty when it
+  // can.
   std::function<void(const std::vector<PixelRect>& holes)> setHoles;
 };
 

@@ -49,14 +49,13 @@ OverlaySurface::OverlaySurface(XcbConnection& connection, Surface surface, Contr
                                   control == Control::overrideRedirect ? 1u : 0u,
                                   XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE,
                                   XCB_EVENT_MASK_POINTER_MOTION | XCB_EVENT_MASK_BUTTON_MOTION, colormap_};
-  xcb_create_window(xcb, depth_, window_, connection_.root(), static_cast<std::int16_t>(frame_.x),
-                    static_cast<std::int16_t>(frame_.y),
-                    static_cast<std::uint16_t>(std::max(frame_.width, 1)),
-                    static_cast<std::uint16_t>(std::max(frame_.height, 1)), 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, choice.visual,
-                    XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
-                        XCB_CW_DONT_PROPAGATE | XCB_CW_COLORMAP,
-                    values);
+  xcb_create_window(
+      xcb, depth_, window_, connection_.root(), static_cast<std::int16_t>(frame_.x),
+      static_cast<std::int16_t>(frame_.y), static_cast<std::uint16_t>(std::max(frame_.width, 1)),
+      static_cast<std::uint16_t>(std::max(frame_.height, 1)), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, choice.visual,
+      XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_DONT_PROPAGATE |
+          XCB_CW_COLORMAP,
+      values);
   constexpr char kClass[] = "harbor-tray\0Harbor Tray";
   xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                       sizeof(kClass), kClass);
@@ -120,8 +119,8 @@ void OverlaySurface::setShape(const std::optional<std::vector<PixelRect>>& shape
     rectangles.push_back({static_cast<std::int16_t>(part.x), static_cast<std::int16_t>(part.y),
                           static_cast<std::uint16_t>(part.width), static_cast<std::uint16_t>(part.height)});
   }
-  xcb_shape_rectangles(xcb, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_YX_BANDED, window_, 0, 0,
-                       static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+  xcb_shape_rectangles(xcb, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_YX_BANDED, window_, 0,
+                       0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 
 void OverlaySurface::passInputThrough() {

@@ -1,5 +1,5 @@
-// One X window that the program lays over the screen: override-redirect, so that no window manager decides about
-// it, and of a single colour or picture that the server itself paints, so that it needs no buffer here.
+// One X window that the program lays over the screen: override-redirect, so that no window manager decides
+// about it, and of a single colour or picture that the server itself paints, so that it needs no buffer here.
 #pragma once
 
 #include <optional>
@@ -13,8 +13,8 @@ namespace harbor {
 
 class OverlaySurface {
  public:
-  // Translucent: with an alpha channel, where the server has such a visual. Opaque: of the screen's own depth,
-  // which a root pixmap has too.
+  // Translucent: with an alpha channel, where the server has such a visual. Opaque: of the screen's own
+  // depth, which a root pixmap has too.
   enum class Surface { translucent, opaque };
   // Managed: the window manager stacks it; see setUpManaged.
   enum class Control { overrideRedirect, managed };
@@ -36,7 +36,8 @@ class OverlaySurface {
   // The whole window in the colour; `opaque` leaves the alpha out.
   enum class Blending { alpha, opaque };
   void fill(const Colour& colour, Blending blending);
-  // The pixmap, of this window's depth, from the window's top left; the server keeps it as long as it is shown.
+  // The pixmap, of this window's depth, from the window's top left; the server keeps it as long as it is
+  // shown.
   void fill(xcb_pixmap_t pixmap);
   // The parts of the window that exist; nothing for all of it.
   void setShape(const std::optional<std::vector<PixelRect>>& shape);

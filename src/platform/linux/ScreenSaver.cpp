@@ -8,6 +8,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -23,8 +24,8 @@ struct Service {
   const char* interface;
 };
 
-// The desktops' own services come first: the name of freedesktop.org is often owned by a power manager that only
-// counts inhibitions and cannot start a saver.
+// The desktops' own services come first: the name of freedesktop.org is often owned by a power manager that
+// only counts inhibitions and cannot start a saver.
 constexpr Service kServices[] = {
     {"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"},
     {"org.mate.ScreenSaver", "/org/mate/ScreenSaver", "org.mate.ScreenSaver"},
@@ -39,10 +40,9 @@ constexpr char kStatusProperty[] = "_SCREENSAVER_STATUS";
 
 // A call that never starts a service that is not running.
 QDBusMessage callTo(const Service& service, const char* method) {
-  auto message = QDBusMessage::createMethodCall(QString::fromLatin1(service.name),
-                                                QString::fromLatin1(service.path),
-                                                QString::fromLatin1(service.interface),
-                                                QString::fromLatin1(method));
+  auto message =
+      QDBusMessage::createMethodCall(QString::fromLatin1(service.name), QString::fromLatin1(service.path),
+                                     QString::fromLatin1(service.interface), QString::fromLatin1(method));
   message.setAutoStartService(false);
   return message;
 }
@@ -61,7 +61,7 @@ bool ScreenSaver::isActive() const {
 Subscription ScreenSaver::onChange(std::function<void()> handler) {
   const int number = nextHandler_++;
   handlers_.emplace(number, std::move(handler));
-  return Subscription([self = QPointer(this), number] {
+  return Subscription([self = QPointer<ScreenSaver>(this), number] {
     if (self) self->handlers_.erase(number);
   });
 }
@@ -84,8 +84,8 @@ void ScreenSaver::followServer() {
   if (hasServerSaver_) {
     saverNotify = extension->first_event + XCB_SCREENSAVER_NOTIFY;
     xcb_screensaver_select_input(xcb, connection_->root(), XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
-    const XcbOwned<xcb_screensaver_query_info_reply_t> info(xcb_screensaver_query_info_reply(
-        xcb, xcb_screensaver_query_info(xcb, connection_->root()), nullptr));
+    const XcbOwned<xcb_screensaver_query_info_reply_t> info(
+        xcb_screensaver_query_info_reply(xcb, xcb_screensaver_query_info(xcb, connection_->root()), nullptr));
     serverActive_ = info && info->state == XCB_SCREENSAVER_STATE_ON;
   }
   const auto status = connection_->atom(kStatusProperty);
@@ -121,14 +121,14 @@ void ScreenSaver::followServices() {
       followed.insert(name);
       watcher->addWatchedService(name);
       // Of any path, since services differ in the path that the signal comes from.
-      bus.connect(QString(), QString(), QString::fromLatin1(service.interface), QStringLiteral("ActiveChanged"),
-                  this, SLOT(activeChanged(bool, QDBusMessage)));
+      bus.connect(QString(), QString(), QString::fromLatin1(service.interface),
+                  QStringLiteral("ActiveChanged"), this, SLOT(activeChanged(bool, QDBusMessage)));
     }
     auto* pending = new QDBusPendingCallWatcher(bus.asyncCall(callTo(service, "GetActive")), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, name] {
       const QDBusPendingReply<bool> reply = *pending;
-      if (name == QLatin1String(kActivityService) && (reply.isValid() ||
-          reply.error().type() != QDBusError::ServiceUnknown)) {
+      if (name == QLatin1String(kActivityService) &&
+          (reply.isValid() || reply.error().type() != QDBusError::ServiceUnknown)) {
         isActivityServiceThere_ = true;
       }
       if (reply.isValid() && reply.value())

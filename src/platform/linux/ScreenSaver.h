@@ -1,5 +1,5 @@
-// The desktop's screen saver or locker: whether it is active, and starting it. Asks the services on the session
-// bus, the X server and xscreensaver, never waiting for an answer.
+// The desktop's screen saver or locker: whether it is active, and starting it. Asks the services on the
+// session bus, the X server and xscreensaver, never waiting for an answer.
 #pragma once
 
 #include <QObject>
@@ -46,8 +46,8 @@ class ScreenSaver : public QObject {
   XcbConnection* connection_;
   bool hasServerSaver_ = false;
   bool serverActive_ = false;
-  bool programActive_ = false;          // xscreensaver
-  QSet<QString> activeServices_;        // by their unique bus names
+  bool programActive_ = false;    // xscreensaver
+  QSet<QString> activeServices_;  // by their unique bus names
   bool isActivityServiceThere_ = false;
   std::map<int, std::function<void()>> handlers_;
   int nextHandler_ = 1;

@@ -19,7 +19,8 @@ ServerPixmap::~ServerPixmap() {
 std::unique_ptr<ServerPixmap> ServerPixmap::fromImage(XcbConnection& connection, const QImage& image,
                                                       std::uint8_t depth) {
   const auto* setup = xcb_get_setup(connection.get());
-  const int hostOrder = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? XCB_IMAGE_ORDER_LSB_FIRST : XCB_IMAGE_ORDER_MSB_FIRST;
+  const int hostOrder =
+      Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? XCB_IMAGE_ORDER_LSB_FIRST : XCB_IMAGE_ORDER_MSB_FIRST;
   if (image.isNull() || image.depth() != 32 || (depth != 24 && depth != 32) ||
       setup->image_byte_order != hostOrder) {
     return nullptr;
@@ -62,10 +63,10 @@ std::unique_ptr<ServerPixmap> ServerPixmap::copyOf(XcbConnection& connection, xc
   const std::uint32_t values[] = {XCB_FILL_STYLE_TILED, pixmap, static_cast<std::uint32_t>(-part.x),
                                   static_cast<std::uint32_t>(-part.y)};
   const XcbOwned<xcb_generic_error_t> error(xcb_request_check(
-      xcb, xcb_create_gc_checked(xcb, context, made->pixmap_,
-                                 XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X |
-                                     XCB_GC_TILE_STIPPLE_ORIGIN_Y,
-                                 values)));
+      xcb, xcb_create_gc_checked(
+               xcb, context, made->pixmap_,
+               XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X | XCB_GC_TILE_STIPPLE_ORIGIN_Y,
+               values)));
   if (error) return nullptr;
   const xcb_rectangle_t whole{0, 0, static_cast<std::uint16_t>(part.width),
                               static_cast<std::uint16_t>(part.height)};

@@ -1,5 +1,5 @@
-// A pixmap that lives in the X server, made from an image or copied from another pixmap; nothing of it stays in
-// this process.
+// A pixmap that lives in the X server, made from an image or copied from another pixmap; nothing of it stays
+// in this process.
 #pragma once
 
 #include <memory>
@@ -13,12 +13,12 @@ namespace harbor {
 
 class ServerPixmap {
  public:
-  // The image, of 32 bits a pixel in the server's order of colours, in a pixmap of that depth (24 or 32). Nothing
-  // when the image is empty or the server counts colours another way.
+  // The image, of 32 bits a pixel in the server's order of colours, in a pixmap of that depth (24 or 32).
+  // Nothing when the image is empty or the server counts colours another way.
   static std::unique_ptr<ServerPixmap> fromImage(XcbConnection& connection, const QImage& image,
                                                  std::uint8_t depth);
-  // The part of another client's pixmap, as it is now; a small one is repeated. Nothing when the pixmap is gone or
-  // has another depth than the screen.
+  // The part of another client's pixmap, as it is now; a small one is repeated. Nothing when the pixmap is
+  // gone or has another depth than the screen.
   static std::unique_ptr<ServerPixmap> copyOf(XcbConnection& connection, xcb_pixmap_t pixmap,
                                               const PixelRect& part);
   ~ServerPixmap();

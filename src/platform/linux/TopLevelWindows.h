@@ -1,5 +1,5 @@
-// The children of the root window as the X server stacks them: frames, menus, overlays. Everything is asked for
-// in one go, so the cost is that of two round trips, however many windows there are.
+// The children of the root window as the X server stacks them: frames, menus, overlays. Everything is asked
+// for in one go, so the cost is that of two round trips, however many windows there are.
 #pragma once
 
 #include <span>

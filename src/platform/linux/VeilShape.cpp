@@ -52,9 +52,11 @@ std::vector<PixelRect> veilShape(int width, int height, double coverage,
     const auto spans = clearSpans(width, top, bottom, holes);
     for (int row = top; row < bottom;) {
       int end = row;
-      while (end < bottom && isCovered(end)) ++end;
+      while (end < bottom && isCovered(end))
+        ++end;
       if (end > row) {
-        for (const auto& [begin, stop] : spans) shape.push_back({begin, row, stop - begin, end - row});
+        for (const auto& [begin, stop] : spans)
+          shape.push_back({begin, row, stop - begin, end - row});
       }
       row = end + 1;
     }

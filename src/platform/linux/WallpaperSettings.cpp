@@ -20,10 +20,10 @@ struct ModeRow {
   WallpaperMode mode;
 };
 constexpr ModeRow kPcmanfmModes[] = {
-    {"color", WallpaperMode::colourOnly}, {"none", WallpaperMode::colourOnly},
+    {"color", WallpaperMode::colourOnly},  {"none", WallpaperMode::colourOnly},
     {"stretch", WallpaperMode::stretched}, {"fit", WallpaperMode::fitted},
-    {"center", WallpaperMode::centred},   {"tile", WallpaperMode::tiled},
-    {"crop", WallpaperMode::zoomed},      {"zoom", WallpaperMode::zoomed},
+    {"center", WallpaperMode::centred},    {"tile", WallpaperMode::tiled},
+    {"crop", WallpaperMode::zoomed},       {"zoom", WallpaperMode::zoomed},
     {"screen", WallpaperMode::stretched},
 };
 // By the number of Xfce's "image-style".
@@ -139,8 +139,8 @@ std::optional<Wallpaper> wallpaperOf(std::string_view program) {
   const QString configuration = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
   std::optional<Wallpaper> wallpaper;
   if (program == "pcmanfm" || program == "pcmanfm-qt") {
-    const auto folder = configuration + QLatin1Char('/') + QString::fromUtf8(program.data(),
-                                                                             static_cast<qsizetype>(program.size()));
+    const auto folder = configuration + QLatin1Char('/') +
+                        QString::fromUtf8(program.data(), static_cast<qsizetype>(program.size()));
     const auto text = newestProfile(folder, program == "pcmanfm" ? QStringLiteral("desktop-items-0.conf")
                                                                  : QStringLiteral("settings.conf"));
     // Without settings these programs show plain black.

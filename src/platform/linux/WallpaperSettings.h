@@ -1,5 +1,5 @@
-// What a desktop program was told to show as wallpaper, from its own settings files. Reading is total: what is
-// missing or damaged is absence.
+// What a desktop program was told to show as wallpaper, from its own settings files. Reading is total: what
+// is missing or damaged is absence.
 #pragma once
 
 #include <optional>
@@ -16,8 +16,8 @@ enum class WallpaperMode { colourOnly, centred, tiled, stretched, fitted, zoomed
 struct Wallpaper {
   std::string image;  // a path; empty for none
   WallpaperMode mode = WallpaperMode::stretched;
-  Colour background;           // around the image, and without one
-  std::int64_t changed = 0;    // the image file's time of last change, so that a new image is another wallpaper
+  Colour background;         // around the image, and without one
+  std::int64_t changed = 0;  // the image file's time of last change, so that a new image is another wallpaper
 
   friend bool operator==(const Wallpaper&, const Wallpaper&) = default;
 };

@@ -13,9 +13,12 @@
 #include "platform/linux/LinuxAlertPanel.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxApplicationBundles.h"
+#include "platform/linux/LinuxColourPanes.h"
 #include "platform/linux/LinuxDistributedNotifications.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/LinuxPasteboard.h"
+#include "platform/linux/LinuxPointerMonitor.h"
+#include "platform/linux/LinuxPowerManager.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxSettingsStore.h"
 #include "platform/linux/LinuxWorkspace.h"
@@ -24,6 +27,7 @@
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/UserTime.h"
+#include "platform/linux/XDesktop.h"
 #include "platform/linux/XcbConnection.h"
 #include "platform/memory/MemoryPlatform.h"
 
@@ -67,6 +71,15 @@ struct LinuxPlatform {
   TrayStatusItem statusItem{x.get(), modalWindows, userTime};
   LinuxAlertPanel alertPanel{modalWindows, userTime};
   LinuxDistributedNotifications distributedNotifications;
+  ScreenSaver screenSaver{x.get()};
+  std::unique_ptr<XDesktop> desktop = x && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+                                          ? std::make_unique<XDesktop>(*x, screenSaver)
+                                          : nullptr;
+  LinuxWindowServer windowServer{desktop ? desktop->server : LinuxWindowServer::Parts{}};
+  LinuxOverlayWindows overlayWindows{desktop ? &desktop->overlays : nullptr};
+  LinuxPointerMonitor pointerMonitor{x.get()};
+  LinuxPowerManager powerManager{x.get(), screenSaver};
+  LinuxColourPanes colourPanes;
   IcuText text;
   LibplistCoder propertyLists;
   LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
@@ -92,11 +105,11 @@ struct LinuxPlatform {
             distributedNotifications,
             applicationBundles,
             fileManager,
-            memory.windowServer,
-            memory.overlayWindows,
-            memory.pointerMonitor,
-            memory.powerManager,
-            memory.colourPanes,
+            windowServer,
+            overlayWindows,
+            pointerMonitor,
+            powerManager,
+            colourPanes,
             memory.openPanel,
             memory.folderBookmarks,
             memory.cleanupProgress,
