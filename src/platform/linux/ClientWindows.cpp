@@ -23,8 +23,11 @@ ClientWindows::ClientWindows(XcbConnection& connection) : connection_(connection
 }
 
 std::vector<ClientWindows::Client> ClientWindows::clients() {
-  const auto list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST_STACKING"),
-                                         XCB_ATOM_WINDOW);
+  auto list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST_STACKING"),
+                                   XCB_ATOM_WINDOW);
+  // Some managers tell the order only once they have changed it.
+  if (!list)
+    list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
   if (!list) return {};
   const auto windows = list->words();
   learn(windows);

@@ -33,7 +33,7 @@ class LinuxWindowServer : public QObject, public WindowServer {
   Rect mainScreenFrame() const override;
   WindowLevel levelForKey(WindowLevelKey key) const override;
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
-  WindowNumber windowNumberAtPoint(Point point, WindowNumber below) const override;
+  WindowNumber windowNumberAtPoint(Point point, WindowNumber below = kNoWindow) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   Subscription onDisplayChange(std::function<void()> handler) override;
   Subscription onFrontWindowChange(std::function<void()> handler) override;

@@ -87,7 +87,7 @@ struct LinuxPlatform {
   DesktopEntries desktopEntries{environment};
   LinuxApplicationBundles applicationBundles{desktopEntries, text};
   LinuxFileManager fileManager{environment, homeFolderOfUserDatabase(), runLoop};
-  LinuxWorkspace workspace{desktopEntries};
+  LinuxWorkspace workspace{desktopEntries, [this] { return screenSaver.activate(); }};
   LinuxPasteboard pasteboard{workspace};
   MemoryPlatform memory;
 
