@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::string_view kMacScreenSaver = "/System/Library/CoreServices/ScreenSaverEngine.app";
 
+constexpr std::chrono::seconds kTrust{2};
+
 // The session bus answers such a question itself; should it hang, the answer is no.
 constexpr int kBusTimeout = 500;
 
@@ -41,7 +43,21 @@ LinuxWorkspace::LinuxWorkspace(const DesktopEntries& entries, std::function<bool
     : entries_(entries), launcher_(entries), startScreenSaver_(std::move(startScreenSaver)) {
   if (!QCoreApplication::instance()) return;
   connection_ = XcbConnection::open();
-  if (connection_) windows_ = std::make_unique<WindowHintsReader>(*connection_);
+  if (!connection_) return;
+  windows_ = std::make_unique<WindowHintsReader>(*connection_);
+  forgetAnswersWithTheWindows();
+}
+
+void LinuxWorkspace::forgetAnswersWithTheWindows() {
+  connection_->intern({"_NET_CLIENT_LIST", "_NET_CURRENT_DESKTOP"});
+  const xcb_atom_t list = connection_->atom("_NET_CLIENT_LIST");
+  const xcb_atom_t desktop = connection_->atom("_NET_CURRENT_DESKTOP");
+  connection_->selectEvents(connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+  windowListChanges_ = connection_->onEvent([=, this](const XcbConnection::Event& event) {
+    if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
+    const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+    if (notify.atom == list || notify.atom == desktop) answers_.clear();
+  });
 }
 
 std::vector<RunningApplication> LinuxWorkspace::runningApplications() const {
@@ -80,6 +96,18 @@ std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
 }
 
 std::optional<RunningApplication> LinuxWorkspace::runningApplication(std::int32_t processIdentifier) const {
+  const auto now = std::chrono::steady_clock::now();
+  if (now - answersSince_ > kTrust) {
+    answers_.clear();
+    answersSince_ = now;
+  }
+  if (const auto known = answers_.find(processIdentifier); known != answers_.end()) return known->second;
+  auto answer = lookUp(processIdentifier);
+  answers_.insert_or_assign(processIdentifier, answer);
+  return answer;
+}
+
+std::optional<RunningApplication> LinuxWorkspace::lookUp(std::int32_t processIdentifier) const {
   const auto process = ProcessInformation::of(processIdentifier);
   std::optional<RunningApplication> found;
   if (windows_) {

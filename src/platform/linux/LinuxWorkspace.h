@@ -2,7 +2,9 @@
 // an X server there is no front application and no window, and the rest works.
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 
 #include "platform/Workspace.h"
@@ -27,6 +29,7 @@ class LinuxWorkspace : public Workspace {
   // there is one, else the desktop entry's. The bundle URL is the desktop entry, else the program file.
   std::vector<RunningApplication> runningApplications() const override;
   std::optional<RunningApplication> frontmostApplication() const override;
+  // An answer may be two seconds old as long as no window came or went and the desktop stayed the same.
   std::optional<RunningApplication> runningApplication(std::int32_t processIdentifier) const override;
 
   // By a Mac bundle identifier or a desktop entry's. A name on the session bus counts as the identifier of
@@ -44,6 +47,8 @@ class LinuxWorkspace : public Workspace {
   Subscription onActiveSpaceDidChange(std::function<void()> handler) override;
 
  private:
+  void forgetAnswersWithTheWindows();
+  std::optional<RunningApplication> lookUp(std::int32_t processIdentifier) const;
   std::optional<RunningApplication> applicationOf(const WindowHints& hints) const;
   RunningApplication applicationOf(const std::optional<std::string>& entry,
                                    const std::optional<ProcessInformation>& process,
@@ -59,6 +64,10 @@ class LinuxWorkspace : public Workspace {
   std::unique_ptr<XcbConnection> connection_;
   std::unique_ptr<WindowHintsReader> windows_;
   SleepMonitor sleep_;
+  // Focus mode asks about the same process twice a second; a look at all windows is too dear for that.
+  mutable std::map<std::int32_t, std::optional<RunningApplication>> answers_;
+  mutable std::chrono::steady_clock::time_point answersSince_;
+  Subscription windowListChanges_;
 };
 
 }  // namespace harbor
