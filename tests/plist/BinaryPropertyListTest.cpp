@@ -156,6 +156,18 @@ TEST(BinaryPropertyList, SharedObjectsThatUnfoldWithoutEndYieldNothing) {
   EXPECT_FALSE(readObjects(layers));
 }
 
+TEST(BinaryPropertyList, AFewBytesDoNotUnfoldToManyValues) {
+  const auto layers = [](int count) {
+    std::vector<std::string> objects;
+    for (int i = 1; i <= count; ++i)
+      objects.push_back("\xA2"s + static_cast<char>(i) + static_cast<char>(i));
+    objects.push_back("\x09"s);
+    return objects;
+  };
+  EXPECT_TRUE(readObjects(layers(8)));
+  EXPECT_FALSE(readObjects(layers(16)));
+}
+
 TEST(BinaryPropertyList, ALongTextThatIsSharedTooOftenYieldsNothing) {
   const std::uint32_t megabyte = 1 << 20;
   const std::string text = "\x5F\x12"s + test::bigEndian(megabyte, 4) + std::string(megabyte, 'x');

@@ -38,6 +38,22 @@ UChar32 nextCodePoint(std::string_view text, std::int32_t& position) {
   return codePoint;
 }
 
+// Calls `valid` with each longest run of valid UTF-8 and `invalid` with the bytes between them, in order;
+// never with nothing.
+template <typename Valid, typename Invalid>
+void forEachRun(std::string_view text, Valid valid, Invalid invalid) {
+  std::size_t runStart = 0;
+  std::int32_t position = 0;
+  while (static_cast<std::size_t>(position) < text.size()) {
+    const auto start = static_cast<std::size_t>(position);
+    if (nextCodePoint(text, position) >= 0) continue;
+    if (start > runStart) valid(text.substr(runStart, start - runStart));
+    runStart = static_cast<std::size_t>(position);
+    invalid(text.substr(start, runStart - start));
+  }
+  if (runStart < text.size()) valid(text.substr(runStart));
+}
+
 void appendLowercased(std::string_view text, std::string& result) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<UCaseMap, CloseCaseMap> map(ucasemap_open("", 0, &status));
@@ -45,9 +61,7 @@ void appendLowercased(std::string_view text, std::string& result) {
     result += text;
     return;
   }
-  // Runs of valid text are mapped; a byte that is not UTF-8 passes as it is.
   const auto mapRun = [&](std::string_view run) {
-    if (run.empty()) return;
     std::string mapped(run.size() * 3, '\0');
     UErrorCode mapStatus = U_ZERO_ERROR;
     const std::int32_t length =
@@ -59,16 +73,25 @@ void appendLowercased(std::string_view text, std::string& result) {
       result.append(mapped, 0, static_cast<std::size_t>(length));
     }
   };
-  std::int32_t runStart = 0;
-  std::int32_t position = 0;
-  while (position < static_cast<std::int32_t>(text.size())) {
-    const std::int32_t start = position;
-    if (nextCodePoint(text, position) >= 0) continue;
-    mapRun(text.substr(static_cast<std::size_t>(runStart), static_cast<std::size_t>(start - runStart)));
-    result += text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(position - start));
-    runStart = position;
+  forEachRun(text, mapRun, [&](std::string_view bytes) { result += bytes; });
+}
+
+// Appends the clusters of a text that is valid UTF-8.
+void appendClusters(std::string_view run, UBreakIterator* breaks, std::vector<std::string_view>& clusters) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UText, CloseText> source(
+      utext_openUTF8(nullptr, run.data(), static_cast<std::int64_t>(run.size()), &status));
+  if (U_SUCCESS(status)) ubrk_setUText(breaks, source.get(), &status);
+  if (U_FAILURE(status)) {
+    clusters.push_back(run);
+    return;
   }
-  mapRun(text.substr(static_cast<std::size_t>(runStart)));
+  std::size_t start = 0;
+  ubrk_first(breaks);
+  for (std::int32_t end = ubrk_next(breaks); end != UBRK_DONE; end = ubrk_next(breaks)) {
+    clusters.push_back(run.substr(start, static_cast<std::size_t>(end) - start));
+    start = static_cast<std::size_t>(end);
+  }
 }
 
 }  // namespace
@@ -117,24 +140,18 @@ std::vector<std::string_view> IcuText::graphemeClusters(std::string_view text) c
   }
 
   UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<UText, CloseText> source(
-      utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status));
   const std::unique_ptr<UBreakIterator, CloseBreaks> breaks(
       ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &status));
-  if (U_SUCCESS(status)) ubrk_setUText(breaks.get(), source.get(), &status);
   if (U_FAILURE(status)) {
     clusters.push_back(text);
     return clusters;
   }
-  std::size_t start = 0;
-  ubrk_first(breaks.get());
-  for (std::int32_t end = ubrk_next(breaks.get()); end != UBRK_DONE; end = ubrk_next(breaks.get())) {
-    const auto position = static_cast<std::size_t>(end);
-    if (position <= start) continue;
-    clusters.push_back(text.substr(start, position - start));
-    start = position;
-  }
-  if (start < text.size()) clusters.push_back(text.substr(start));
+  forEachRun(
+      text, [&](std::string_view run) { appendClusters(run, breaks.get(), clusters); },
+      [&](std::string_view bytes) {
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+          clusters.push_back(bytes.substr(i, 1));
+      });
   return clusters;
 }
 

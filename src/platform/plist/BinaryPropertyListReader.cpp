@@ -25,7 +25,7 @@ std::uint64_t unsignedFrom(Bytes bytes) {
 // Recursion is safe because the limits bound the depth; a cycle runs into them as well.
 class Reader {
  public:
-  explicit Reader(Bytes bytes) : bytes_(bytes) {}
+  explicit Reader(Bytes bytes) : bytes_(bytes), limits_(bytes.size()) {}
 
   std::optional<PropertyList> read() {
     if (!readTrailer()) return std::nullopt;
