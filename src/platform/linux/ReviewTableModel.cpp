@@ -1,0 +1,150 @@
+#include "platform/linux/ReviewTableModel.h"
+
+#include <QApplication>
+#include <QStyle>
+#include <iterator>
+
+#include "base/ByteCount.h"
+#include "platform/linux/DisplayText.h"
+
+namespace harbor {
+namespace {
+
+std::string folderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+}  // namespace
+
+ReviewTableModel::ReviewTableModel(QObject* parent)
+    : QAbstractTableModel(parent),
+      folderIcon_(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
+      fileIcon_(QApplication::style()->standardIcon(QStyle::SP_FileIcon)),
+      cautionIcon_(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning)) {}
+
+void ReviewTableModel::setRows(std::vector<ReviewRow> rows) {
+  // The same rows in another state keep the table's place and the user's current cell.
+  if (rows.size() == rows_.size() && !rows.empty()) {
+    rows_ = std::move(rows);
+    emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    return;
+  }
+  beginResetModel();
+  rows_ = std::move(rows);
+  endResetModel();
+}
+
+void ReviewTableModel::appendRows(std::vector<ReviewRow> rows) {
+  if (rows.empty()) return;
+  const int first = rowCount();
+  beginInsertRows({}, first, first + static_cast<int>(rows.size()) - 1);
+  rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
+  endInsertRows();
+}
+
+int ReviewTableModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int ReviewTableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : Column::columnCount;
+}
+
+QVariant ReviewTableModel::text(const ReviewRow& row, int column) const {
+  if (!row.filePath) return column == nameColumn ? QVariant(tr("(no file)")) : QVariant();
+  switch (column) {
+    case nameColumn:
+      return withoutControls(lastPathComponent(row.filePath->path));
+    case folderColumn:
+      return withoutControls(folderOf(row.filePath->path));
+    case sizeColumn:
+      return QString::fromStdString(formatByteCount(row.fileSize));
+    case revealColumn:
+      return tr("Reveal");
+    case quickLookColumn:
+      return tr("Preview");
+    default:
+      return {};
+  }
+}
+
+QVariant ReviewTableModel::toolTip(const ReviewRow& row, int column) const {
+  if (column == nameColumn && row.caution) return toolTipText(*row.caution);
+  if (!row.filePath) return {};
+  if (column == revealColumn) return tr("Show in the file manager");
+  if (column == quickLookColumn) return tr("Show what is in it");
+  return toolTipText(row.filePath->path);
+}
+
+QVariant ReviewTableModel::sortKey(const ReviewRow& row, int column) const {
+  if (column == checkColumn) return row.isSelected;
+  if (column == sizeColumn) return static_cast<qulonglong>(row.fileSize);
+  return text(row, column).toString().toLower();
+}
+
+QVariant ReviewTableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const ReviewRow& item = row(index.row());
+  const int column = index.column();
+  switch (role) {
+    case Qt::DisplayRole:
+      return text(item, column);
+    case Qt::CheckStateRole:
+      return column == checkColumn ? QVariant(item.isSelected ? Qt::Checked : Qt::Unchecked) : QVariant();
+    case Qt::DecorationRole:
+      if (column != nameColumn) return {};
+      if (item.caution) return cautionIcon_;
+      return item.filePath && item.filePath->isDirectory ? folderIcon_ : fileIcon_;
+    case Qt::ToolTipRole:
+      return toolTip(item, column);
+    case Qt::TextAlignmentRole:
+      if (column == sizeColumn) return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
+      return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+    case Qt::AccessibleTextRole:
+      return column == checkColumn ? tr("Select %1").arg(text(item, nameColumn).toString())
+                                   : text(item, column);
+    case Qt::AccessibleDescriptionRole:
+      return item.caution ? QVariant(QString::fromStdString(*item.caution)) : QVariant();
+    case sortRole:
+      return sortKey(item, column);
+    default:
+      return {};
+  }
+}
+
+bool ReviewTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::CheckStateRole || index.column() != checkColumn || !(flags(index) & Qt::ItemIsEnabled))
+    return false;
+  const bool isSelected = value.toInt() == Qt::Checked;
+  rows_[static_cast<std::size_t>(index.row())].isSelected = isSelected;
+  emit dataChanged(index, index, {Qt::CheckStateRole});
+  emit selectionChanged(index.row(), isSelected);
+  return true;
+}
+
+QVariant ReviewTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  switch (section) {
+    case checkColumn:
+      return tr("Delete");
+    case nameColumn:
+      return tr("Name");
+    case folderColumn:
+      return tr("Folder");
+    case sizeColumn:
+      return tr("Size");
+    default:
+      return {};
+  }
+}
+
+Qt::ItemFlags ReviewTableModel::flags(const QModelIndex& index) const {
+  const ReviewRow& item = row(index.row());
+  Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+  if (item.isEnabled && item.filePath) flags |= Qt::ItemIsEnabled;
+  if (index.column() == checkColumn) flags |= Qt::ItemIsUserCheckable;
+  return flags;
+}
+
+}  // namespace harbor
