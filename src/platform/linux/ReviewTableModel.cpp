@@ -48,7 +48,7 @@ int ReviewTableModel::rowCount(const QModelIndex& parent) const {
 }
 
 int ReviewTableModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : Column::columnCount;
+  return parent.isValid() ? 0 : endOfColumns;
 }
 
 QVariant ReviewTableModel::text(const ReviewRow& row, int column) const {

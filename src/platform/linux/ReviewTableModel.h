@@ -20,7 +20,7 @@ class ReviewTableModel : public QAbstractTableModel {
     sizeColumn,
     revealColumn,
     quickLookColumn,
-    columnCount
+    endOfColumns
   };
   static constexpr int sortRole = Qt::UserRole;  // what a column is sorted by
 
