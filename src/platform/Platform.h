@@ -17,7 +17,9 @@
 #include "platform/Pasteboard.h"
 #include "platform/PointerMonitor.h"
 #include "platform/PowerManager.h"
+#include "platform/PreviewPanel.h"
 #include "platform/PropertyListCoder.h"
+#include "platform/ReviewWindow.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
 #include "platform/StatusItem.h"
@@ -53,6 +55,8 @@ struct Platform {
   // The folder of the program's own small commands, put in front of a shell command's PATH; empty: there is
   // none.
   std::string commandsFolder;
+  ReviewWindows& reviewWindows;
+  PreviewPanel& previewPanel;
 };
 
 }  // namespace harbor

@@ -7,7 +7,6 @@
 #include <set>
 
 #include "platform/memory/MemoryPlatform.h"
-#include "platform/memory/MemoryReviewWindows.h"
 #include "uninstaller/UninstallerController.h"
 
 namespace harbor {
@@ -66,8 +65,8 @@ struct ReviewTest : testing::Test {
 
   std::string top;
   MemoryPlatform platform;
-  MemoryReviewWindows windows;
-  MemoryPreviewPanel preview;
+  MemoryReviewWindows& windows = platform.reviewWindows;
+  MemoryPreviewPanel& preview = platform.previewPanel;
   std::set<std::string> untrashable;
   TWDialog dialog{platform.alertPanel, platform.settings};
   OpenWindows openWindows{platform.application};

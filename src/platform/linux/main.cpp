@@ -8,6 +8,7 @@
 
 #include "app/AppDelegate.h"
 #include "base/HomeFolder.h"
+#include "disk/TWDiskUtility.h"
 #include "platform/icu/IcuText.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/LinuxAlertPanel.h"
@@ -19,6 +20,8 @@
 #include "platform/linux/LinuxPasteboard.h"
 #include "platform/linux/LinuxPointerMonitor.h"
 #include "platform/linux/LinuxPowerManager.h"
+#include "platform/linux/LinuxPreviewPanel.h"
+#include "platform/linux/LinuxReviewWindow.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxSettingsStore.h"
 #include "platform/linux/LinuxWorkspace.h"
@@ -63,6 +66,8 @@ std::optional<int> answerCommandLine(int argc, char** argv) {
 
 // Everything that the seam asks for, in the order in which one part needs another.
 struct LinuxPlatform {
+  IcuText text;
+  LibplistCoder propertyLists;
   std::unique_ptr<XcbConnection> x = XcbConnection::open();
   UserTime userTime{x.get()};
   ModalWindows modalWindows{userTime};
@@ -80,8 +85,6 @@ struct LinuxPlatform {
   LinuxPointerMonitor pointerMonitor{x.get()};
   LinuxPowerManager powerManager{x.get(), screenSaver};
   LinuxColourPanes colourPanes;
-  IcuText text;
-  LibplistCoder propertyLists;
   LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
   XdgEnvironment environment = XdgEnvironment::fromProcess();
   DesktopEntries desktopEntries{environment};
@@ -89,6 +92,10 @@ struct LinuxPlatform {
   LinuxFileManager fileManager{environment, homeFolderOfUserDatabase(), runLoop};
   LinuxWorkspace workspace{desktopEntries, [this] { return screenSaver.activate(); }};
   LinuxPasteboard pasteboard{workspace};
+  LinuxReviewWindows reviewWindows{userTime};
+  LinuxPreviewPanel previewPanel{runLoop, propertyLists, userTime, [](const std::string& path) {
+                                   return static_cast<std::uint64_t>(TWDiskUtility::sizeOfFolder(path));
+                                 }};
   MemoryPlatform memory;
 
   Platform asPlatform() {
@@ -114,7 +121,9 @@ struct LinuxPlatform {
             memory.folderBookmarks,
             memory.cleanupProgress,
             {},
-            {}};
+            {},
+            reviewWindows,
+            previewPanel};
   }
 };
 

@@ -16,6 +16,7 @@
 #include "platform/memory/MemoryPasteboard.h"
 #include "platform/memory/MemoryPointerMonitor.h"
 #include "platform/memory/MemoryPowerManager.h"
+#include "platform/memory/MemoryReviewWindows.h"
 #include "platform/memory/MemoryRunLoop.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/memory/MemoryStatusItem.h"
@@ -48,6 +49,8 @@ struct MemoryPlatform {
   MemoryCleanupProgress cleanupProgress;
   std::string home;  // the home folder; empty until a test makes one
   std::string commandsFolder;
+  MemoryReviewWindows reviewWindows;
+  MemoryPreviewPanel previewPanel;
 
   Platform asPlatform() {
     return {settings,
@@ -72,7 +75,9 @@ struct MemoryPlatform {
             folderBookmarks,
             cleanupProgress,
             [this] { return home; },
-            commandsFolder};
+            commandsFolder,
+            reviewWindows,
+            previewPanel};
   }
 };
 
