@@ -1,22 +1,14 @@
 #include "overlays/FocusModeController.h"
 
-#include "OverlaysFixture.h"
+#include "VeilsFixture.h"
 
 namespace harbor {
 namespace {
 
 using namespace std::chrono_literals;
 
-struct FocusMode : OverlaysFixture {
-  TWFocusMode model;
-  FocusModeController focus{model,
-                            platform.settings,
-                            conflict,
-                            platform.runLoop,
-                            platform.workspace,
-                            platform.windowServer,
-                            platform.overlayWindows,
-                            paneSurroundings};
+struct FocusMode : VeilsFixture {
+  TWFocusMode& model = focusModel;
 };
 
 TEST_F(FocusMode, StartsWithoutWindowTimerOrLastWindow) {

@@ -1,23 +1,14 @@
 #include <optional>
 
-#include "OverlaysFixture.h"
-#include "overlays/FocusModeController.h"
+#include "VeilsFixture.h"
 
 namespace harbor {
 namespace {
 
 using namespace std::chrono_literals;
 
-struct FocusTracking : OverlaysFixture {
-  TWFocusMode model;
-  FocusModeController focus{model,
-                            platform.settings,
-                            conflict,
-                            platform.runLoop,
-                            platform.workspace,
-                            platform.windowServer,
-                            platform.overlayWindows,
-                            paneSurroundings};
+struct FocusTracking : VeilsFixture {
+  TWFocusMode& model = focusModel;
   MemoryWindowServer& server = platform.windowServer;
 
   void switchOn() { focus.focusModeEnabled(switchedOff()); }

@@ -1,26 +1,10 @@
-#include "OverlaysFixture.h"
-#include "overlays/FocusModeController.h"
-#include "overlays/TintScreenController.h"
+#include "VeilsFixture.h"
 #include "settings/ArchivedColour.h"
 
 namespace harbor {
 namespace {
 
-struct PreferencePanes : OverlaysFixture {
-  TWFocusMode focusModel;
-  TWTintScreen tintModel;
-  FocusModeController focus{focusModel,
-                            platform.settings,
-                            conflict,
-                            platform.runLoop,
-                            platform.workspace,
-                            platform.windowServer,
-                            platform.overlayWindows,
-                            paneSurroundings};
-  TintScreenController tint{
-      tintModel,       platform.settings, conflict, platform.windowServer, platform.overlayWindows,
-      paneSurroundings};
-
+struct PreferencePanes : VeilsFixture {
   void openFocusPane() { focus.displayFocusModePreferences(sender("Preferences")); }
   void openTintPane() { tint.displayTintScreenPreferences(sender("Preferences")); }
   MemoryColourPanes::Pane& pane(std::size_t index = 0) { return *platform.colourPanes.open.at(index); }

@@ -1,14 +1,12 @@
 #include "overlays/TintScreenController.h"
 
-#include "OverlaysFixture.h"
+#include "VeilsFixture.h"
 
 namespace harbor {
 namespace {
 
-struct TintScreen : OverlaysFixture {
-  TWTintScreen model;
-  TintScreenController tint{
-      model, platform.settings, conflict, platform.windowServer, platform.overlayWindows, paneSurroundings};
+struct TintScreen : VeilsFixture {
+  TWTintScreen& model = tintModel;
 };
 
 TEST_F(TintScreen, MakesTheWindowAsDescribed) {

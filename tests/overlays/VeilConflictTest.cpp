@@ -1,8 +1,6 @@
 #include "overlays/VeilConflict.h"
 
-#include "OverlaysFixture.h"
-#include "overlays/FocusModeController.h"
-#include "overlays/TintScreenController.h"
+#include "VeilsFixture.h"
 
 namespace harbor {
 namespace {
@@ -17,20 +15,7 @@ constexpr const char* kFocusDisabled =
     "Since Focus Mode and Tint Screen cannot exist simultaneously, we have automatically disabled Focus "
     "Mode.";
 
-struct VeilConflictTest : OverlaysFixture {
-  TWFocusMode focusModel;
-  TWTintScreen tintModel;
-  FocusModeController focus{focusModel,
-                            platform.settings,
-                            conflict,
-                            platform.runLoop,
-                            platform.workspace,
-                            platform.windowServer,
-                            platform.overlayWindows,
-                            paneSurroundings};
-  TintScreenController tint{
-      tintModel,       platform.settings, conflict, platform.windowServer, platform.overlayWindows,
-      paneSurroundings};
+struct VeilConflictTest : VeilsFixture {
   const WindowNumber front = platform.windowServer.open(kEditor, kPart);
 
   // Whether any overlay is on the screen.
