@@ -20,6 +20,7 @@ AppDelegate::AppDelegate(const Platform& platform)
       platform_(platform),
       dialog_(platform.alertPanel, platform.settings),
       openWindows_(platform.application),
+      cleanups_(platform, dialog_),
       clipboard_(clipboardModel, platform.settings, platform.pasteboard, platform.runLoop, platform.text,
                  platform.applicationBundles, dialog_,
                  [this](const MenuItem& sender) { reloadApps(sender); }),
@@ -90,6 +91,9 @@ void AppDelegate::buildMenu(MenuBuild build) {
   }
 
   // A spacer stands between two groups of tools; each group's tools append their sections in order.
+  cleanups_.freeDiskSpace.appendSection(mainMenu, build);
+  cleanups_.protectPrivacy.appendSection(mainMenu, build);
+  mainMenu.push_back(MenuItem::spacer());
   focusMode_.appendSection(mainMenu, build);
   tintScreen_.appendSection(mainMenu, build);
   mainMenu.push_back(MenuItem::spacer());

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "alerts/TWDialog.h"
+#include "app/CleanupTools.h"
 #include "clipboard/ClearClipboardFormattingController.h"
 #include "clipboard/ClipboardController.h"
 #include "clipboard/TWClearClipboardFormatting.h"
@@ -74,6 +75,7 @@ class AppDelegate {
   Platform platform_;
   TWDialog dialog_;
   OpenWindows openWindows_;
+  CleanupTools cleanups_;
   ClipboardController clipboard_;
   ClearClipboardFormattingController clearClipboardFormatting_;
   VeilConflict veilConflict_;

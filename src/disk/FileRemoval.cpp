@@ -44,7 +44,7 @@ class RemovingVisitor : public TreeVisitor {
     return fail(error);
   }
 
-  void entered(const ItemFacts&) override {}
+  void entered(const ItemFacts&, std::size_t) override {}
 
   Verdict couldNotEnter(const Found& item, int error) override {
     if (error == ENOENT) return Verdict::goOn;
@@ -152,7 +152,7 @@ class MatchRemovingVisitor : public TreeVisitor {
     const auto facts = factsOfItem(item.parent, item.name);
     return facts && facts->type == ItemType::folder ? Verdict::enter : Verdict::goOn;
   }
-  void entered(const ItemFacts&) override {}
+  void entered(const ItemFacts&, std::size_t) override {}
   Verdict couldNotEnter(const Found&, int) override { return Verdict::goOn; }
   Leaving left(const Left&) override { return Leaving::done; }
   Verdict lost() override { return Verdict::goOn; }

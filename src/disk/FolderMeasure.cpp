@@ -20,7 +20,10 @@ class MeasuringVisitor : public TreeVisitor {
     count(*facts);
     return Verdict::goOn;
   }
-  void entered(const ItemFacts& folder) override { count(folder); }
+  void entered(const ItemFacts& folder, std::size_t depth) override {
+    count(folder);
+    if (depth == 1) directFolderBytes_ += folder.bytes;
+  }
   Verdict couldNotEnter(const Found& item, int) override {
     if (const auto facts = factsOfItem(item.parent, item.name)) count(*facts);
     return Verdict::goOn;
@@ -29,6 +32,8 @@ class MeasuringVisitor : public TreeVisitor {
   Verdict lost() override { return Verdict::goOn; }
 
   const FolderMeasure& measure() const { return measure_; }
+  // The part of the measure that is the own entries of the folders directly inside.
+  std::uint64_t directFolderBytes() const { return directFolderBytes_; }
 
  private:
   void count(const ItemFacts& facts) {
@@ -38,6 +43,7 @@ class MeasuringVisitor : public TreeVisitor {
   }
 
   FolderMeasure measure_;
+  std::uint64_t directFolderBytes_ = 0;
 };
 
 class MatchMeasuringVisitor : public TreeVisitor {
@@ -58,7 +64,7 @@ class MatchMeasuringVisitor : public TreeVisitor {
     const auto facts = factsOfItem(item.parent, item.name);
     return facts && facts->type == ItemType::folder ? Verdict::enter : Verdict::goOn;
   }
-  void entered(const ItemFacts&) override {}
+  void entered(const ItemFacts&, std::size_t) override {}
   Verdict couldNotEnter(const Found&, int) override { return Verdict::goOn; }
   Leaving left(const Left&) override { return Leaving::done; }
   Verdict lost() override { return Verdict::goOn; }
@@ -71,12 +77,18 @@ class MatchMeasuringVisitor : public TreeVisitor {
 };
 
 template <typename Visitor>
-FolderMeasure measureWithTwo(FileDescriptor folder, Visitor first, Visitor second) {
+FolderMeasure measureWithTwo(FileDescriptor folder, Visitor& first, Visitor& second) {
   if (!folder) return {};
   walkBelow(std::move(folder), FolderReader::Order::asStored, {&first, &second});
   FolderMeasure sum = first.measure();
   sum += second.measure();
   return sum;
+}
+
+FolderMeasure measureOpen(FileDescriptor folder) {
+  MeasuringVisitor first;
+  MeasuringVisitor second;
+  return measureWithTwo(std::move(folder), first, second);
 }
 
 FileDescriptor openFollowing(const std::string& path) {
@@ -86,22 +98,29 @@ FileDescriptor openFollowing(const std::string& path) {
 }  // namespace
 
 FolderMeasure measureFolder(const std::string& path) {
-  return measureWithTwo(openFollowing(path), MeasuringVisitor(), MeasuringVisitor());
+  return measureOpen(openFollowing(path));
 }
 
 FolderMeasure measureItem(int parent, const char* name) {
   const auto facts = factsOfItem(parent, name);
   if (!facts || facts->isMountRoot) return {};
   if (facts->type != ItemType::folder) return {facts->bytes, 1};
-  return measureWithTwo(
-      FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)),
-      MeasuringVisitor(), MeasuringVisitor());
+  return measureOpen(FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)));
+}
+
+FolderMeasure measureContents(const std::string& path) {
+  MeasuringVisitor first;
+  MeasuringVisitor second;
+  FolderMeasure measure = measureWithTwo(openFollowing(path), first, second);
+  measure.bytes -= first.directFolderBytes() + second.directFolderBytes();
+  return measure;
 }
 
 FolderMeasure measureMatches(const std::string& folder,
                              const std::function<bool(std::string_view name)>& matches) {
-  return measureWithTwo(openFollowing(folder), MatchMeasuringVisitor(matches),
-                        MatchMeasuringVisitor(matches));
+  MatchMeasuringVisitor first(matches);
+  MatchMeasuringVisitor second(matches);
+  return measureWithTwo(openFollowing(folder), first, second);
 }
 
 }  // namespace harbor

@@ -24,6 +24,10 @@ struct FolderMeasure {
 // own entry. What is mounted inside is left out. Zero for what is no folder or cannot be listed.
 FolderMeasure measureFolder(const std::string& path);
 
+// What emptying the folder would count: as measureFolder, but a folder directly inside counts what lies below
+// it without its own entry. The items are all entries at every depth.
+FolderMeasure measureContents(const std::string& path);
+
 // The folder or item of that name in an open folder: what lies below a folder, an item's own size.
 FolderMeasure measureItem(int parent, const char* name);
 

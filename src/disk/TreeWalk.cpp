@@ -139,7 +139,7 @@ class Walker {
       level.holdsMountPoint = true;
       return;
     }
-    visitor_.entered(*facts);
+    visitor_.entered(*facts, depthOfEntries());
     if (handover_) {
       if (firstCrowd_ && ++folders_ == kFoldersBeforeHelp) std::exchange(firstCrowd_, nullptr)();
       if (handover_->offer(child, *facts, depthOfEntries())) return;

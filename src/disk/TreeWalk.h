@@ -46,7 +46,7 @@ class TreeVisitor {
 
   virtual Verdict found(const Found& item) = 0;
   // A folder has been opened and its contents follow.
-  virtual void entered(const ItemFacts& folder) = 0;
+  virtual void entered(const ItemFacts& folder, std::size_t depth) = 0;
   // An item that was to be entered could not be opened as a folder. `enter` means the same as `goOn` here.
   virtual Verdict couldNotEnter(const Found& item, int error) = 0;
   // All that a folder holds has been gone through.

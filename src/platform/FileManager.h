@@ -20,12 +20,14 @@ class FileManager {
   // Empty when the platform cannot locate any.
   virtual std::vector<FileUrl> applicationsFolders(Domain domain) const = 0;
 
+  // The one applications folder that the user can grant access to; it does not have to exist.
+  virtual FileUrl grantedApplicationsFolder() const = 0;
+
   // The root folders of the mounted volumes, in the system's order; nothing when the system gives no list.
   virtual std::optional<std::vector<FileUrl>> mountedVolumes() const = 0;
 
-  // Whether a mounted volume stands where this platform puts the user's external volumes, besides directly
-  // under
-  // "/Volumes".
+  // Whether a mounted volume stands where this platform puts the user's external volumes, besides those
+  // directly under "/Volumes".
   virtual bool isExternalVolume(const FileUrl& volume) const = 0;
 
   // Moves the item to the Trash of its volume, from where the desktop's own tools can put it back. False when

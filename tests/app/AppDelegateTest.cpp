@@ -290,6 +290,9 @@ TEST_F(AppDelegateTest, TheSectionsComeInTheirOrder) {
   for (MenuItem& item : topLevel)
     item.submenu.clear();
   EXPECT_EQ(describeMenu(topLevel),
+            "[ ] Free Disk Space\n"
+            "[ ] Protect Privacy\n"
+            "(spacer)\n"
             "[ ] Focus Mode\n"
             "[ ] Tint Screen\n"
             "(spacer)\n"

@@ -25,7 +25,7 @@ struct RecordingVisitor : TreeVisitor {
     const auto facts = factsOfItem(item.parent, item.name);
     return facts && facts->type == ItemType::folder ? Verdict::enter : Verdict::goOn;
   }
-  void entered(const ItemFacts&) override { ++foldersEntered; }
+  void entered(const ItemFacts&, std::size_t) override { ++foldersEntered; }
   Verdict couldNotEnter(const Found& item, int error) override {
     refusedFolders[item.name] = error;
     return Verdict::goOn;

@@ -24,6 +24,7 @@ class LinuxFileManager : public FileManager {
   // Desktop entries come from the same folders whoever installed them, so both domains have them all: the
   // applications folders that exist, and /Applications where it exists.
   std::vector<FileUrl> applicationsFolders(Domain domain) const override;
+  FileUrl grantedApplicationsFolder() const override { return {"/Applications", true}; }
   std::optional<std::vector<FileUrl>> mountedVolumes() const override;
   // The folders below which desktops mount what the user plugs in: /media and /run/media.
   bool isExternalVolume(const FileUrl& volume) const override;

@@ -17,6 +17,9 @@ class MemoryFileManager : public FileManager {
     return domain == Domain::local ? localApplications : systemApplications;
   }
 
+  FileUrl grantedApplicationsFolder() const override {
+    return localApplications.empty() ? FileUrl{"/Applications", true} : localApplications.front();
+  }
   std::optional<std::vector<FileUrl>> mountedVolumes() const override { return volumes; }
   bool isExternalVolume(const FileUrl&) const override { return false; }
 

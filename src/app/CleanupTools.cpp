@@ -1,0 +1,21 @@
+#include "app/CleanupTools.h"
+
+namespace harbor {
+
+CleanupTools::CleanupTools(const Platform& platform, TWDialog& dialog)
+    : removal(platform.homeFolder, status),
+      diskUtility(removal, platform.text, platform.workspace, platform.application,
+                  platform.applicationBundles, platform.propertyLists),
+      shell(platform.commandsFolder),
+      access{platform.settings, platform.propertyLists, platform.folderBookmarks, platform.openPanel, dialog,
+             platform.runLoop,  platform.fileManager,   platform.homeFolder,      externalVolumes},
+      protectPrivacyRoutines(diskUtility, shell, platform.homeFolder, status),
+      freeDiskSpaceRoutines(diskUtility, platform.homeFolder, externalVolumes, status),
+      protectPrivacy(protectPrivacyRoutines, access,
+                     {dialog, platform.workspace, platform.fileManager, platform.applicationBundles,
+                      platform.cleanupProgress, status, platform.homeFolder}),
+      freeDiskSpace(freeDiskSpaceRoutines, access,
+                    {dialog, platform.settings, shell, platform.cleanupProgress, status, platform.homeFolder,
+                     externalVolumes}) {}
+
+}  // namespace harbor

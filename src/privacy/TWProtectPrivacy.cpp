@@ -1,0 +1,203 @@
+#include "privacy/TWProtectPrivacy.h"
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "base/FileUrl.h"
+
+namespace harbor {
+
+struct TWProtectPrivacy::Step {
+  enum class Kind { deleteItem, emptyFolder, deleteByPrefix, deleteByPartOfName };
+  Kind kind = Kind::deleteItem;
+  const char* path = "";  // below the home folder
+  const char* text = "";  // what the names begin with or contain
+};
+
+namespace {
+
+constexpr const char* kEmptyClipboard = "pbcopy < /dev/null";
+constexpr const char* kForgetVisits = "sqlite3 places.sqlite 'DELETE FROM moz_historyvisits;'";
+// What bookmarks refer to stays.
+constexpr const char* kForgetPlaces =
+    "sqlite3 places.sqlite 'DELETE FROM moz_places WHERE id NOT IN (SELECT DISTINCT fk FROM moz_bookmarks "
+    "WHERE "
+    "fk IS NOT NULL);'";
+constexpr const char* kForgetDownloads =
+    "sqlite3 com.apple.LaunchServices.QuarantineEventsV* 'delete from LSQuarantineEvent'";
+constexpr const char* kQuarantineDatabases = "com.apple.LaunchServices.QuarantineEventsV";
+constexpr const char* kFirefoxProfiles = "/Library/Application Support/Firefox/Profiles/";
+
+constexpr std::array<const char*, 4> kFirefoxProfileItems{"/cookies.sqlite", "/formhistory.sqlite",
+                                                          "/sessionstore.jsonlz4", "/favicons.sqlite"};
+
+// A command on a database that is not there would make an empty one, and one that is a link would change what
+// it leads to.
+bool isDatabase(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::symlink_status(path, error).type() == std::filesystem::file_type::regular;
+}
+
+std::vector<std::filesystem::path> entriesOf(const std::string& folder) {
+  std::vector<std::filesystem::path> entries;
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error))
+    entries.push_back(entry->path());
+  return entries;
+}
+
+}  // namespace
+
+template <typename Steps>
+void TWProtectPrivacy::run(const char* target, const Steps& steps) {
+  status_.setWhat(target);
+  const std::string home = homeFolder_();
+  for (const Step& step : steps) {
+    const std::string path = home + step.path;
+    switch (step.kind) {
+      case Step::Kind::deleteItem:
+        diskUtility_.deleteItem(path);
+        break;
+      case Step::Kind::emptyFolder:
+        diskUtility_.emptyFolder(path);
+        break;
+      case Step::Kind::deleteByPrefix:
+        diskUtility_.deleteByPrefix(path, step.text);
+        break;
+      case Step::Kind::deleteByPartOfName:
+        diskUtility_.deleteByPartOfName(path, step.text);
+        break;
+    }
+  }
+}
+
+void TWProtectPrivacy::clearAll() {
+  clearClipboard();
+  clearDownloadHistory();
+  clearSafari();
+  clearGoogleChrome();
+  clearFirefox();
+  clearMail();
+  clearPreview();
+  clearQuickTimePlayer();
+}
+
+void TWProtectPrivacy::clearClipboard() {
+  status_.setWhat("Clipboard");
+  shell_.run(kEmptyClipboard);
+}
+
+void TWProtectPrivacy::clearDownloadHistory() {
+  status_.setWhat("Finder");
+  const std::string preferences = homeFolder_() + "/Library/Preferences";
+  for (const auto& entry : entriesOf(preferences)) {
+    if (!entry.filename().string().starts_with(kQuarantineDatabases) || !isDatabase(entry)) continue;
+    shell_.run(kForgetDownloads, preferences);
+    return;
+  }
+}
+
+void TWProtectPrivacy::clearSafari() {
+  using enum Step::Kind;
+  static constexpr std::array<Step, 10> kSteps{{
+      {deleteItem, "/Library/Safari/History.db"},
+      {deleteItem, "/Library/Safari/History.db-lock"},
+      {deleteItem, "/Library/Safari/History.db-shm"},
+      {deleteItem, "/Library/Safari/History.db-wal"},
+      {deleteItem, "/Library/Safari/RecentlyClosedTabs.plist"},
+      {emptyFolder, "/Library/SafariSafeBrowsing"},
+      {deleteByPrefix, "/Library/Cookies", "Cookies.binarycookies"},
+      {deleteByPrefix, "/Library/Cookies", "com.apple.Safari.SearchHelper.binarycookies"},
+      {deleteByPartOfName, "/Library/Saved Application State", "com.apple.Safari.savedState"},
+      {deleteByPartOfName, "/Library/Caches", "com.apple.Safari"},
+  }};
+  run("Safari", kSteps);
+}
+
+void TWProtectPrivacy::clearGoogleChrome() {
+  using enum Step::Kind;
+  static constexpr std::array<Step, 15> kSteps{{
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/History"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/History Provider Cache"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/History-journal"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Cookies"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Cookies-journal"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Favicons"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Favicons-journal"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Current Tabs"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Last Session"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Top Sites"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Top Sites-journal"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Web Data"},
+      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Web Data-journal"},
+      {deleteItem, "/Library/Saved Application State/com.google.Chrome.savedState"},
+      {deleteItem, "/Library/Caches/Google/Chrome"},
+  }};
+  run("Google Chrome", kSteps);
+}
+
+void TWProtectPrivacy::clearFirefox() {
+  using enum Step::Kind;
+  static constexpr std::array<Step, 2> kSteps{{
+      {deleteItem, "/Library/Saved Application State/org.mozilla.firefox.savedState"},
+      {deleteItem, "/Library/Caches/Mozilla/updates/Applications/Firefox"},
+  }};
+  status_.setWhat("Firefox");
+  for (const auto& entry : entriesOf(homeFolder_() + kFirefoxProfiles)) {
+    const std::string extension = pathExtension(entry.string());
+    if (extension == "default" || extension == "default-release") clearFirefoxProfile(entry.string());
+  }
+  run("Firefox", kSteps);
+}
+
+void TWProtectPrivacy::clearFirefoxProfile(const std::string& profile) {
+  for (const char* command : {kForgetVisits, kForgetPlaces}) {
+    if (isDatabase(profile + "/places.sqlite")) shell_.run(command, profile);
+  }
+  for (const char* item : kFirefoxProfileItems)
+    diskUtility_.deleteItem(profile + item);
+}
+
+void TWProtectPrivacy::clearMail() {
+  using enum Step::Kind;
+  static constexpr std::array<Step, 1> kSteps{{
+      {emptyFolder, "/Library/Containers/com.apple.mail/Data/Library/Mail Downloads"},
+  }};
+  run("Mail", kSteps);
+}
+
+void TWProtectPrivacy::clearPreview() {
+  using enum Step::Kind;
+  static constexpr std::array<Step, 5> kSteps{{
+      {deleteItem,
+       "/Library/Application Support/com.apple.sharedfilelist/"
+       "com.apple.LSSharedFileList.ApplicationRecentDocuments/com.apple.preview.sfl2"},
+      {deleteItem, "/Library/Preferences/com.apple.Preview.LSSharedFileList.plist"},
+      {emptyFolder, "/Library/Containers/com.apple.Preview/Data/Library/Caches"},
+      {emptyFolder, "/Library/Containers/com.apple.Preview/Data/Library/Logs"},
+      {emptyFolder,
+       "/Library/Containers/com.apple.Preview/Data/Library/Saved Application "
+       "State/com.apple.Preview.savedState"},
+  }};
+  run("Preview", kSteps);
+}
+
+void TWProtectPrivacy::clearQuickTimePlayer() {
+  using enum Step::Kind;
+  static constexpr std::array<Step, 4> kSteps{{
+      {deleteItem,
+       "/Library/Application Support/com.apple.sharedfilelist/"
+       "com.apple.LSSharedFileList.ApplicationRecentDocuments/com.apple.quicktimeplayerx.sfl2"},
+      {emptyFolder, "/Library/Containers/com.apple.QuickTimePlayerX/Data/Library/Caches"},
+      {emptyFolder, "/Library/Containers/com.apple.QuickTimePlayerX/Data/Library/Logs"},
+      {emptyFolder,
+       "/Library/Containers/com.apple.QuickTimePlayerX/Data/Library/Saved Application State/"
+       "com.apple.QuickTimePlayerX.savedState"},
+  }};
+  run("QuickTime Player", kSteps);
+}
+
+}  // namespace harbor

@@ -1,0 +1,44 @@
+// Erases what browsers and some system applications keep about the user's activity: one routine a target. All
+// of it is best effort: what is missing or cannot be removed is passed over.
+#pragma once
+
+#include <string>
+
+#include "base/HomeFolder.h"
+#include "disk/TWDiskUtility.h"
+#include "platform/CleanupProgress.h"
+#include "privacy/shell/TWShellUtility.h"
+
+namespace harbor {
+
+class TWProtectPrivacy {
+ public:
+  TWProtectPrivacy(TWDiskUtility& diskUtility, const TWShellUtility& shell, HomeFolder homeFolder,
+                   CleanupStatus& status)
+      : diskUtility_(diskUtility), shell_(shell), homeFolder_(std::move(homeFolder)), status_(status) {}
+
+  // Each routine builds its paths on the home folder when it runs.
+  void clearAll();
+  void clearClipboard();
+  void clearDownloadHistory();
+  void clearSafari();
+  void clearGoogleChrome();
+  void clearFirefox();
+  void clearMail();
+  void clearPreview();
+  void clearQuickTimePlayer();
+
+ private:
+  struct Step;
+
+  template <typename Steps>
+  void run(const char* target, const Steps& steps);
+  void clearFirefoxProfile(const std::string& profile);
+
+  TWDiskUtility& diskUtility_;
+  const TWShellUtility& shell_;
+  HomeFolder homeFolder_;
+  CleanupStatus& status_;
+};
+
+}  // namespace harbor
