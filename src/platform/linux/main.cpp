@@ -1,6 +1,8 @@
 // The program: puts the Linux platform below the application controller and runs the event loop.
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <array>
 #include <cstdio>
 #include <optional>
@@ -14,9 +16,12 @@
 #include "platform/linux/LinuxAlertPanel.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxApplicationBundles.h"
+#include "platform/linux/LinuxCleanupProgress.h"
 #include "platform/linux/LinuxColourPanes.h"
 #include "platform/linux/LinuxDistributedNotifications.h"
 #include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/LinuxFolderBookmarks.h"
+#include "platform/linux/LinuxOpenPanel.h"
 #include "platform/linux/LinuxPasteboard.h"
 #include "platform/linux/LinuxPointerMonitor.h"
 #include "platform/linux/LinuxPowerManager.h"
@@ -32,7 +37,7 @@
 #include "platform/linux/UserTime.h"
 #include "platform/linux/XDesktop.h"
 #include "platform/linux/XcbConnection.h"
-#include "platform/memory/MemoryPlatform.h"
+#include "platform/plist/LibplistCoder.h"
 
 namespace harbor {
 namespace {
@@ -62,6 +67,17 @@ std::optional<int> answerCommandLine(int argc, char** argv) {
     return 2;
   }
   return std::nullopt;
+}
+
+// Where the program's own small commands lie: beside it where it was built, else where it was installed.
+std::string commandsFolder() {
+  const QDir program(QCoreApplication::applicationDirPath());
+  const QString built = program.absoluteFilePath(QStringLiteral("libexec"));
+  const QString folder =
+      QDir(built).exists()
+          ? built
+          : QDir::cleanPath(program.absoluteFilePath(QStringLiteral("../" HARBOR_COMMANDS_FOLDER)));
+  return QFile::encodeName(folder).toStdString();
 }
 
 // Everything that the seam asks for, in the order in which one part needs another.
@@ -96,7 +112,9 @@ struct LinuxPlatform {
   LinuxPreviewPanel previewPanel{runLoop, propertyLists, userTime, [](const std::string& path) {
                                    return static_cast<std::uint64_t>(TWDiskUtility::sizeOfFolder(path));
                                  }};
-  MemoryPlatform memory;
+  LinuxOpenPanel openPanel{modalWindows, userTime};
+  LinuxFolderBookmarks folderBookmarks{propertyLists};
+  LinuxCleanupProgress cleanupProgress{modalWindows};
 
   Platform asPlatform() {
     return {settings,
@@ -117,11 +135,11 @@ struct LinuxPlatform {
             pointerMonitor,
             powerManager,
             colourPanes,
-            memory.openPanel,
-            memory.folderBookmarks,
-            memory.cleanupProgress,
-            {},
-            {},
+            openPanel,
+            folderBookmarks,
+            cleanupProgress,
+            homeFolderOfUserDatabase,
+            commandsFolder(),
             reviewWindows,
             previewPanel};
   }
