@@ -22,10 +22,6 @@ QMessageBox::ButtonRole roleOfButton(std::size_t index, std::size_t count) {
 
 AlertResult LinuxAlertPanel::run(const Alert& alert) {
   QMessageBox box;
-  // A plain window, not a dialog: Qt makes a dialog without parent transient for the program's hidden leader,
-  // and task bars leave such windows out.
-  box.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                     Qt::WindowCloseButtonHint);
   box.setWindowTitle(QString::fromLatin1(kApplicationName));
   box.setIcon(QMessageBox::Warning);
   box.setText(withoutControls(alert.title));
@@ -56,6 +52,10 @@ AlertResult LinuxAlertPanel::run(const Alert& alert) {
 
   const Subscription modal = modalWindows_.enter(box);
   box.setWindowModality(Qt::ApplicationModal);
+  // A plain window, not a dialog: Qt makes a dialog without parent transient for the program's hidden leader,
+  // and task bars leave such windows out.
+  box.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                     Qt::WindowCloseButtonHint);
   box.show();
   userTime_.bringToFront(box);
   box.exec();

@@ -50,10 +50,8 @@ QIcon drawDot(const QColor& colour, const QColor& rim) {
 
 // All entries of the menu itself have an icon, most of them one that is not to be seen: titles stay in line,
 // and a tool that is switched on or off changes an icon, not the shape of the menu.
-const QIcon& markOf(const MenuItem& item) {
-  static const QIcon dot = drawDot(QColor(0x35, 0x84, 0xe4), Qt::white);
-  static const QIcon blank = drawDot(Qt::transparent, Qt::transparent);
-  return item.bold ? dot : blank;
+QIcon markOf(const MenuItem& item) {
+  return item.bold ? drawDot(QColor(0x35, 0x84, 0xe4), Qt::white) : drawDot(Qt::transparent, Qt::transparent);
 }
 
 QFont fontOf(const MenuItem& item, const QMenu& menu) {
