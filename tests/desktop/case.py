@@ -13,7 +13,7 @@ from waiting import wait_for
 
 QUIET = {"StartMessageAlertSuppression": True}
 RECORDING = {**QUIET, "ClipboardEnabled": True}
-PANEL_BOX = (0, 0, 1280, 30)
+PANEL_BOX = (640, 0, 1280, 30)  # the half of the panel without the task bar
 
 
 def with_history(*texts, **values):

@@ -132,9 +132,11 @@ def main():
     print("true", flush=True)
     program.display.set_error_handler(lambda *_: None)
     while True:
+        # Sending may read events as well: the last look before waiting has to be for them.
+        program.display.flush()
         while program.display.pending_events():
             program.handle(program.display.next_event())
-        program.display.flush()
+            program.display.flush()
         ready, _, _ = select.select([sys.stdin, program.display.fileno()], [], [])
         if sys.stdin in ready:
             line = sys.stdin.readline()

@@ -151,10 +151,11 @@ class SwitchingOn(DesktopCase):
 
 class Blacklist(DesktopCase):
     settings = RECORDING
+    starts_program = False  # not before its applications are installed
 
     def test_keeps_out_the_copies_of_an_application(self):
         diary, notes = self.notes("Diary"), self.notes("Notes")
-        self.tray.choose("Clipboard", "Blacklist Apps", "Reload Apps")
+        self.start()
         self.tray.choose("Clipboard", "Blacklist Apps", "Diary")
         self.wait_for_entry("the check mark", lambda entry: entry.checked, "Clipboard", "Blacklist Apps", "Diary")
         stored = plistlib.loads(self.tray.settings()["ClipboardBlacklistedApplications"])
@@ -175,6 +176,7 @@ class Blacklist(DesktopCase):
 
     def test_survives_a_restart(self):
         diary = self.notes("Diary")
+        self.start()
         self.tray.choose("Clipboard", "Blacklist Apps", "Diary")
         self.wait_for_entry("the check mark", lambda entry: entry.checked, "Clipboard", "Blacklist Apps", "Diary")
         self.tray.stop()
@@ -187,6 +189,7 @@ class Blacklist(DesktopCase):
 
     def test_asks_about_an_application_that_has_gone(self):
         diary = self.notes("Diary")
+        self.start()
         entry = self.menu_entry("Clipboard", "Blacklist Apps", "Diary")
         diary.entry.unlink()
         entry.click()

@@ -142,16 +142,22 @@ void XcbConnection::dispatch() {
   // A handler that asks for the newest state gets what its own caller is about to handle next.
   if (dispatching_) return;
   dispatching_ = true;
-  dispatchReplies();
   int budget = kEventsAtOnce;
-  while (XcbOwned<Event> event{xcb_poll_for_event(connection_)}) {
+  // Whatever xcb reads off the socket while it looks for one thing, another thing may be among it, and the
+  // socket does not become readable for that again. So the last look finds nothing of either kind and reads
+  // nothing.
+  for (bool isDone = false; !isDone;) {
+    xcb_flush(connection_);
+    XcbOwned<Event> event{xcb_poll_for_event(connection_)};
+    const bool hadReply = dispatchReplies();
+    if (!event) event.reset(xcb_poll_for_queued_event(connection_));
+    isDone = !event && !hadReply;
     // Errors answer requests about windows that have gone; whoever cares asked for a reply.
-    if (event->response_type == 0) continue;
+    if (!event || event->response_type == 0) continue;
     const auto handlers = *handlers_;
     for (const auto& [number, handler] : handlers) {
       if (handlers_->contains(number)) handler(*event);
     }
-    dispatchReplies();
     if (--budget == 0) {
       // Whoever floods the connection must not keep the rest of the program from running.
       QMetaObject::invokeMethod(
@@ -161,20 +167,22 @@ void XcbConnection::dispatch() {
   }
   dispatching_ = false;
   if (!isAlive()) loop_->notifier.setEnabled(false);
-  xcb_flush(connection_);
 }
 
-void XcbConnection::dispatchReplies() {
+bool XcbConnection::dispatchReplies() {
+  bool hadReply = false;
   while (!awaited_.empty()) {
     void* reply = nullptr;
     xcb_generic_error_t* error = nullptr;
-    if (!xcb_poll_for_reply(connection_, awaited_.front().first, &reply, &error)) return;
+    if (!xcb_poll_for_reply(connection_, awaited_.front().first, &reply, &error)) return hadReply;
     const XcbOwned<void> ownedReply(reply);
     const XcbOwned<xcb_generic_error_t> ownedError(error);
     const Reply done = std::move(awaited_.front().second);
     awaited_.pop_front();
     done(reply);
+    hadReply = true;
   }
+  return hadReply;
 }
 
 xcb_atom_t xTraySelection(const XcbConnection& x) {

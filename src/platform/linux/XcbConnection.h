@@ -91,7 +91,7 @@ class XcbConnection {
   struct Loop;
 
   XcbConnection(xcb_connection_t* connection, int screenNumber);
-  void dispatchReplies();
+  bool dispatchReplies();  // whether there was one
 
   xcb_connection_t* connection_;
   int screenNumber_;
