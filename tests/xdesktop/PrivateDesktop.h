@@ -90,6 +90,9 @@ class PrivateDesktop {
   std::unique_ptr<XcbConnection> observer_;
 };
 
+// The argument, with a display behind it, that makes the test program lay a tint instead of testing.
+inline constexpr std::string_view kLayTint = "--lay-tint";
+
 // The classes under test on a desktop.
 struct Overlays {
   explicit Overlays(PrivateDesktop& desktop)

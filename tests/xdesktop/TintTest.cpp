@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include <cmath>
+#include <filesystem>
 
 #include "overlays/TWStyleKit.h"
 #include "xdesktop/PrivateDesktop.h"
@@ -149,6 +150,15 @@ TEST_F(Tint, CoversTheDisplayAfterItChanges) {
   ASSERT_TRUE(waitUntil([&] { return changes > 0; }, std::chrono::seconds(3)));
   EXPECT_EQ(overlays->server.mainDisplayBounds(), (Rect{0, 0, 640, 480}));
   EXPECT_TRUE(waitUntil([&] { return coverageOf(kTintPixel, 600, 440, 480) > 0.3; }));
+}
+
+TEST_F(Tint, IsGoneWhenItsProcessIsKilled) {
+  ASSERT_TRUE(desktop.startCompositor());
+  const auto self = std::filesystem::read_symlink("/proc/self/exe").string();
+  const pid_t other = desktop.start({self, std::string(kLayTint), desktop.display()});
+  ASSERT_TRUE(desktop.showsPixel(400, 300, blended(kDesktop, {255, 0, 0}, 0.5), 2)) << desktop.pixel(400, 300);
+  desktop.kill(other, SIGKILL);
+  EXPECT_TRUE(desktop.showsPixel(400, 300, kDesktop)) << desktop.pixel(400, 300);
 }
 
 }  // namespace
