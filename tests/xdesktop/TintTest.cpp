@@ -156,7 +156,8 @@ TEST_F(Tint, IsGoneWhenItsProcessIsKilled) {
   ASSERT_TRUE(desktop.startCompositor());
   const auto self = std::filesystem::read_symlink("/proc/self/exe").string();
   const pid_t other = desktop.start({self, std::string(kLayTint), desktop.display()});
-  ASSERT_TRUE(desktop.showsPixel(400, 300, blended(kDesktop, {255, 0, 0}, 0.5), 2)) << desktop.pixel(400, 300);
+  ASSERT_TRUE(desktop.showsPixel(400, 300, blended(kDesktop, {255, 0, 0}, 0.5), 2))
+      << desktop.pixel(400, 300);
   desktop.kill(other, SIGKILL);
   EXPECT_TRUE(desktop.showsPixel(400, 300, kDesktop)) << desktop.pixel(400, 300);
 }

@@ -84,7 +84,10 @@ LinuxColourPane::LinuxColourPane(ColourPaneEvents events)
 
 LinuxColourPane::~LinuxColourPane() {
   window_->forget();
-  if (chooser_) chooser_->disconnect();
+  if (chooser_) {
+    chooser_->disconnect();
+    chooser_->hide();
+  }
   // The window may be in the middle of closing.
   window_->hide();
   window_->deleteLater();
