@@ -129,14 +129,13 @@ bool TWDiskAccess::panelShouldEnableURL(const FileUrl& url) const {
   return !currentFolder || standardized(url.path) == standardized(currentFolder->path);
 }
 
-void TWDiskAccess::listExternalVolumes() {
-  around_.externalVolumes.clear();
-  const auto mounted = around_.fileManager.mountedVolumes();
-  if (!mounted) return;
-  for (const FileUrl& volume : *mounted) {
-    if (isDirectlyUnderVolumes(volume.path) || around_.fileManager.isExternalVolume(volume))
-      around_.externalVolumes.push_back(volume);
+ExternalVolumes externalVolumesOf(const FileManager& fileManager) {
+  ExternalVolumes volumes;
+  for (const FileUrl& volume : fileManager.mountedVolumes().value_or(std::vector<FileUrl>{})) {
+    if (isDirectlyUnderVolumes(volume.path) || fileManager.isExternalVolume(volume))
+      volumes.push_back(volume);
   }
+  return volumes;
 }
 
 }  // namespace harbor

@@ -23,6 +23,10 @@ namespace harbor {
 // The mounted volumes that are the user's own disks, as listed last; one list for the whole process.
 using ExternalVolumes = std::vector<FileUrl>;
 
+// The external volumes that are mounted now: those directly under "/Volumes" or where the platform puts them,
+// in the system's order. Empty when the system gives no list.
+ExternalVolumes externalVolumesOf(const FileManager& fileManager);
+
 class TWDiskAccess {
  public:
   struct Surroundings {
@@ -84,8 +88,8 @@ class TWDiskAccess {
   // The panel's test of each item that it shows: the current folder itself and nothing else, links resolved.
   bool panelShouldEnableURL(const FileUrl& url) const;
 
-  // Lists the external volumes afresh: those directly under "/Volumes" or where the platform puts them.
-  void listExternalVolumes();
+  // Lists the external volumes afresh.
+  void listExternalVolumes() { around_.externalVolumes = externalVolumesOf(around_.fileManager); }
 
  private:
   void resolve(const Bookmark& bookmark);

@@ -10,6 +10,7 @@
 
 #include "app/AppDelegate.h"
 #include "base/HomeFolder.h"
+#include "disk/CleanupReport.h"
 #include "disk/TWDiskUtility.h"
 #include "platform/icu/IcuText.h"
 #include "platform/linux/DisplayServer.h"
@@ -43,13 +44,29 @@ namespace harbor {
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: harbor-tray [--help | --version]\n"
+    "Usage: harbor-tray [--help | --version | --measure [--json]]\n"
     "\n"
     "Harbor Tray lives in the tray of the panel: click its icon for the menu.\n"
     "Where it runs already, another start opens its menu and ends.\n"
     "\n"
     "  -h, --help     show this text\n"
-    "  -v, --version  show the version\n";
+    "  -v, --version  show the version\n"
+    "  --measure      show what each cleanup of \"Free Disk Space\" would remove; changes nothing\n"
+    "  --json         with --measure: the same for another program to read\n";
+
+// Needs no display.
+int measureCleanups(ReportFormat format, int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  LinuxRunLoop runLoop;
+  const std::string home = homeFolderOfUserDatabase();
+  if (home.empty()) {
+    std::fputs("harbor-tray: the user database gives no home folder\n", stderr);
+    return 1;
+  }
+  const LinuxFileManager fileManager(XdgEnvironment::fromProcess(), home, runLoop);
+  std::fputs(cleanupReport(home, externalVolumesOf(fileManager), format).c_str(), stdout);
+  return 0;
+}
 
 // What the command line alone decides: the exit status, or nothing when the program is to run.
 std::optional<int> answerCommandLine(int argc, char** argv) {
@@ -63,6 +80,10 @@ std::optional<int> answerCommandLine(int argc, char** argv) {
       std::puts("Harbor Tray " HARBOR_VERSION);
       return 0;
     }
+    const bool wantsJson =
+        argument == "--measure" && argc > index + 1 && argv[index + 1] == std::string_view("--json");
+    if (argument == "--measure" && argc == index + (wantsJson ? 2 : 1))
+      return measureCleanups(wantsJson ? ReportFormat::json : ReportFormat::table, argc, argv);
     std::fprintf(stderr, "harbor-tray: unknown argument \"%s\"; see harbor-tray --help\n", argv[index]);
     return 2;
   }
