@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "settings/SettingsKeys.h"
+#include "uninstaller/UninstallerAccess.h"
 
 namespace harbor {
 namespace {
@@ -17,10 +18,15 @@ AppDelegate::AppDelegate(const Platform& platform)
       applications(platform.fileManager, platform.applicationBundles),
       clipboardModel(platform.settings, platform.propertyLists, platform.fileManager,
                      platform.applicationBundles),
+      uninstallerModel(platform.settings, platform.propertyLists),
       platform_(platform),
       dialog_(platform.alertPanel, platform.settings),
       openWindows_(platform.application),
       cleanups_(platform, dialog_),
+      uninstaller_(
+          {platform.runLoop, platform.text, dialog_, platform.workspace, platform.fileManager,
+           platform.reviewWindows, platform.previewPanel, openWindows_, applications, uninstallerModel},
+          platform.applicationBundles, uninstallerOptions()),
       clipboard_(clipboardModel, platform.settings, platform.pasteboard, platform.runLoop, platform.text,
                  platform.applicationBundles, dialog_,
                  [this](const MenuItem& sender) { reloadApps(sender); }),
@@ -93,6 +99,7 @@ void AppDelegate::buildMenu(MenuBuild build) {
   // A spacer stands between two groups of tools; each group's tools append their sections in order.
   cleanups_.freeDiskSpace.appendSection(mainMenu, build);
   cleanups_.protectPrivacy.appendSection(mainMenu, build);
+  uninstaller_.appendSection(mainMenu, build);
   mainMenu.push_back(MenuItem::spacer());
   focusMode_.appendSection(mainMenu, build);
   tintScreen_.appendSection(mainMenu, build);
@@ -105,6 +112,20 @@ void AppDelegate::buildMenu(MenuBuild build) {
   clearClipboardFormatting_.appendSection(mainMenu, build);
   mainMenu.push_back(MenuItem::separator());
   mainMenu.push_back(menuItem("Quit", [this](const MenuItem& sender) { terminate(sender); }));
+}
+
+UninstallerController::Options AppDelegate::uninstallerOptions() {
+  return {systemApps,
+          platform_.application.bundleName(),
+          platform_.homeFolder,
+          {},
+          [this] {
+            TWDiskAccess access(cleanups_.access);
+            return obtainUninstallerAccess(access, platform_.homeFolder());
+          },
+          [this](const std::string& path) {
+            return bundleInformationOf(path, cleanups_.diskUtility, platform_.applicationBundles);
+          }};
 }
 
 PaneSurroundings AppDelegate::paneSurroundings() {

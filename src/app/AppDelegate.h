@@ -27,6 +27,8 @@
 #include "power/PreventSleepController.h"
 #include "power/TWPreventSleep.h"
 #include "uninstaller/TWApplications.h"
+#include "uninstaller/TWUninstaller.h"
+#include "uninstaller/UninstallerController.h"
 
 namespace harbor {
 
@@ -63,6 +65,7 @@ class AppDelegate {
   TWHideDesktopIcons hideDesktopIconsModel;
   TWPreventSleep preventSleepModel;
   TWHighlightMouseClicks highlightMouseClicksModel;
+  TWUninstaller uninstallerModel;
   TWClearClipboardFormatting clearClipboardFormattingModel;
 
  private:
@@ -71,11 +74,13 @@ class AppDelegate {
   void buildMenu(MenuBuild build);
   void dismissLauncher();
   PaneSurroundings paneSurroundings();
+  UninstallerController::Options uninstallerOptions();
 
   Platform platform_;
   TWDialog dialog_;
   OpenWindows openWindows_;
   CleanupTools cleanups_;
+  UninstallerController uninstaller_;
   ClipboardController clipboard_;
   ClearClipboardFormattingController clearClipboardFormatting_;
   VeilConflict veilConflict_;

@@ -90,7 +90,11 @@ std::optional<std::string> TWDiskUtility::bundleIdentifierOfApplication(std::str
   const auto path = workspace_.fullPathForApplication(name);
   if (!path) return std::nullopt;
   if (!bundles_.ownInformation(*path) && !isFolder(*path)) return application_.bundleIdentifier();
-  return informationOfBundle(*path, "CFBundleIdentifier");
+  return identifierOfBundle(*path);
+}
+
+std::optional<std::string> TWDiskUtility::identifierOfBundle(const std::string& path) const {
+  return informationOfBundle(path, "CFBundleIdentifier");
 }
 
 std::optional<std::string> TWDiskUtility::displayNameOfBundle(const std::string& path) const {

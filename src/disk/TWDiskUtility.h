@@ -57,6 +57,7 @@ class TWDiskUtility {
   std::optional<std::string> bundleIdentifierOfApplication(std::string_view name) const;
 
   // What the bundle's Info.plist says, when it says it as text.
+  std::optional<std::string> identifierOfBundle(const std::string& path) const;
   std::optional<std::string> displayNameOfBundle(const std::string& path) const;
   std::optional<std::string> nameOfBundle(const std::string& path) const;
   std::optional<std::string> executableOfBundle(const std::string& path) const;

@@ -20,6 +20,9 @@ class ApplicationBundles {
   // application gives none or is gone.
   virtual std::string displayName(const std::string& path) const = 0;
 
+  // The name that the application gives itself in the user's language; nothing when it has none of its own.
+  virtual std::optional<std::string> localizedDisplayName(const std::string& path) const = 0;
+
   // The key by which lists of applications are sorted, ascending, as plain text.
   virtual std::string sortKey(const std::string& path) const = 0;
 

@@ -71,6 +71,13 @@ std::size_t cutIndex(const std::vector<std::string>& components, const std::vect
 
 }  // namespace
 
+BundleInformation bundleInformationOf(const std::string& path, const TWDiskUtility& diskUtility,
+                                      const ApplicationBundles& bundles) {
+  return {diskUtility.displayNameOfBundle(path), diskUtility.nameOfBundle(path),
+          diskUtility.executableOfBundle(path), bundles.localizedDisplayName(path),
+          diskUtility.identifierOfBundle(path)};
+}
+
 ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const Text& text) {
   ApplicationIdentity identity;
   std::vector<std::string>& names = identity.names;

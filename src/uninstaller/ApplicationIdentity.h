@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "disk/TWDiskUtility.h"
+#include "platform/ApplicationBundles.h"
 #include "platform/Text.h"
 
 namespace harbor {
@@ -28,6 +30,10 @@ struct ApplicationIdentity {
 
   friend bool operator==(const ApplicationIdentity&, const ApplicationIdentity&) = default;
 };
+
+// Reads it from the bundle, or from what stands for one on the platform.
+BundleInformation bundleInformationOf(const std::string& path, const TWDiskUtility& diskUtility,
+                                      const ApplicationBundles& bundles);
 
 ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const Text& text);
 

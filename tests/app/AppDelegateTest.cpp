@@ -292,6 +292,7 @@ TEST_F(AppDelegateTest, TheSectionsComeInTheirOrder) {
   EXPECT_EQ(describeMenu(topLevel),
             "[ ] Free Disk Space\n"
             "[ ] Protect Privacy\n"
+            "[ ] Uninstall Applications\n"
             "(spacer)\n"
             "[ ] Focus Mode\n"
             "[ ] Tint Screen\n"

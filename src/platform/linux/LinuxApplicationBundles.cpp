@@ -28,6 +28,11 @@ std::string LinuxApplicationBundles::displayName(const std::string& path) const 
   return stemOfPath(path);
 }
 
+std::optional<std::string> LinuxApplicationBundles::localizedDisplayName(const std::string& path) const {
+  const auto entry = isDesktopEntry(path) ? entries_.entryAt(path) : nullptr;
+  return entry && !entry->name.empty() ? std::optional(entry->name) : std::nullopt;
+}
+
 std::string LinuxApplicationBundles::sortKey(const std::string& path) const {
   if (!isDesktopEntry(path)) return text_.lowercased(lastPathComponent(path));
   const auto entry = entries_.entryAt(path);

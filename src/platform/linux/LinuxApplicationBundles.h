@@ -17,6 +17,7 @@ class LinuxApplicationBundles : public ApplicationBundles {
   bool isApplication(const std::string& path) const override;
   std::string displayName(const std::string& path) const override;
   // The lower-cased display name of an entry, the lower-cased file name of a bundle.
+  std::optional<std::string> localizedDisplayName(const std::string& path) const override;
   std::string sortKey(const std::string& path) const override;
   // An entry's identifier, name and program; the program is absent where the command line names none.
   std::optional<PropertyList> ownInformation(const std::string& path) const override;

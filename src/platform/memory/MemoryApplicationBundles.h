@@ -21,6 +21,10 @@ class MemoryApplicationBundles : public ApplicationBundles {
     const auto entry = displayNames.find(path);
     return entry == displayNames.end() ? stemOfPath(path) : entry->second;
   }
+  std::optional<std::string> localizedDisplayName(const std::string& path) const override {
+    const auto entry = displayNames.find(path);
+    return entry == displayNames.end() ? std::nullopt : std::optional(entry->second);
+  }
   std::string sortKey(const std::string& path) const override {
     return text_.lowercased(lastPathComponent(path));
   }
