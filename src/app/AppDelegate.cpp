@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "settings/SettingsKeys.h"
 #include "uninstaller/UninstallerAccess.h"
@@ -13,13 +14,14 @@ constexpr StatusItem::Offset kMenuOffset{-0.5, 29.0};
 
 }  // namespace
 
-AppDelegate::AppDelegate(const Platform& platform)
+AppDelegate::AppDelegate(const Platform& platform, const Links& links)
     : appCodeSignedByApple(platform.application.compileCodeRequirement("anchor apple")),
       applications(platform.fileManager, platform.applicationBundles),
       clipboardModel(platform.settings, platform.propertyLists, platform.fileManager,
                      platform.applicationBundles),
       uninstallerModel(platform.settings, platform.propertyLists),
       platform_(platform),
+      links_(links),
       dialog_(platform.alertPanel, platform.settings),
       openWindows_(platform.application),
       cleanups_(platform, dialog_),
@@ -42,7 +44,8 @@ AppDelegate::AppDelegate(const Platform& platform)
       highlight_(highlightMouseClicksModel, platform.settings, platform.windowServer, platform.overlayWindows,
                  platform.pointerMonitor),
       preventSleep_(preventSleepModel, platform.settings, platform.runLoop, platform.clock,
-                    platform.powerManager, platform.workspace) {
+                    platform.powerManager, platform.workspace),
+      reviewPrompt_(platform.settings, platform.clock, platform.runLoop, platform.storeReview) {
   clipboardModel.load();
   tintScreenModel.load(platform.settings, platform.propertyLists);
   focusModeModel.load(platform.settings, platform.propertyLists);
@@ -85,7 +88,7 @@ void AppDelegate::dismissLauncher() {
 
 void AppDelegate::statusItemButtonClicked() {
   buildMenu(MenuBuild::later);
-  platform_.statusItem.popUp(mainMenu, kMenuOffset, {});
+  platform_.statusItem.popUp(mainMenu, kMenuOffset, [this] { menuDidClose(); });
 }
 
 void AppDelegate::buildMenu(MenuBuild build) {
@@ -111,6 +114,15 @@ void AppDelegate::buildMenu(MenuBuild build) {
   clipboard_.appendSection(mainMenu, build);
   clearClipboardFormatting_.appendSection(mainMenu, build);
   mainMenu.push_back(MenuItem::separator());
+  mainMenu.push_back(menuItem("Preferences", [this](const MenuItem& sender) { displayPreferences(sender); }));
+  mainMenu.push_back(MenuItem::separator());
+  mainMenu.push_back(
+      menuItem("Harbor Tray Help", [this](const MenuItem& sender) { openHarborTrayHelp(sender); }));
+  mainMenu.push_back(
+      menuItem("Privacy Policy", [this](const MenuItem& sender) { openPrivacyPolicy(sender); }));
+  mainMenu.push_back(
+      menuItem("Rate on App Store", [this](const MenuItem& sender) { rateOnAppStore(sender); }));
+  mainMenu.push_back(menuItem("Visit Tidewell", [this](const MenuItem& sender) { visitTidewell(sender); }));
   mainMenu.push_back(menuItem("Quit", [this](const MenuItem& sender) { terminate(sender); }));
 }
 
@@ -134,6 +146,37 @@ PaneSurroundings AppDelegate::paneSurroundings() {
 
 void AppDelegate::reloadApps(const MenuItem&) {
   applications.reload();
+}
+
+void AppDelegate::displayPreferences(const MenuItem&) {
+  if (globalPreferences) {
+    globalPreferences->orderFrontRegardless();
+    return;
+  }
+  auto opened = std::make_unique<ViewController>(
+      ViewController::Surroundings{platform_.settings, dialog_, platform_.loginItems, openWindows_,
+                                   platform_.preferencesWindows},
+      [this] { globalPreferences.reset(); });
+  // A program that lacks its own window was put together wrongly.
+  if (!opened->hasView()) std::abort();
+  globalPreferences = std::move(opened);
+  globalPreferences->showWindow("Preferences");
+}
+
+void AppDelegate::openHarborTrayHelp(const MenuItem&) {
+  openLink(platform_.workspace, links_.help);
+}
+
+void AppDelegate::openPrivacyPolicy(const MenuItem&) {
+  openLink(platform_.workspace, links_.privacyPolicy);
+}
+
+void AppDelegate::rateOnAppStore(const MenuItem&) {
+  openLink(platform_.workspace, links_.store);
+}
+
+void AppDelegate::visitTidewell(const MenuItem&) {
+  openLink(platform_.workspace, links_.home);
 }
 
 void AppDelegate::terminate(const MenuItem&) {

@@ -8,6 +8,9 @@
 
 #include "alerts/TWDialog.h"
 #include "app/CleanupTools.h"
+#include "app/Links.h"
+#include "app/ReviewPrompt.h"
+#include "app/ViewController.h"
 #include "clipboard/ClearClipboardFormattingController.h"
 #include "clipboard/ClipboardController.h"
 #include "clipboard/TWClearClipboardFormatting.h"
@@ -35,7 +38,7 @@ namespace harbor {
 class AppDelegate {
  public:
   // Makes the tools and loads their settings; nothing is shown or started yet.
-  explicit AppDelegate(const Platform& platform);
+  explicit AppDelegate(const Platform& platform, const Links& links = Links::configured());
 
   // The start-up sequence. Returns when the icon is in place; the welcome alert blocks it until dismissed.
   void applicationDidFinishLaunching();
@@ -45,6 +48,8 @@ class AppDelegate {
 
   // A click on the icon, with either button: builds the menu afresh and pops it up.
   void statusItemButtonClicked();
+  // The menu has closed: time to see whether a rating is to be asked for.
+  void menuDidClose() { reviewPrompt_.checkSchedule(); }
 
   // The machine is about to sleep, and has woken.
   void onSleepNoteWithNote() { preventSleep_.onSleepNoteWithNote(); }
@@ -52,6 +57,12 @@ class AppDelegate {
 
   // The menu's actions.
   void reloadApps(const MenuItem& sender);
+  // Opens the preferences window, or brings the open one to the front.
+  void displayPreferences(const MenuItem& sender);
+  void openHarborTrayHelp(const MenuItem& sender);
+  void openPrivacyPolicy(const MenuItem& sender);
+  void rateOnAppStore(const MenuItem& sender);
+  void visitTidewell(const MenuItem& sender);
   void terminate(const MenuItem& sender);
 
   Menu mainMenu;                        // as built last
@@ -77,6 +88,7 @@ class AppDelegate {
   UninstallerController::Options uninstallerOptions();
 
   Platform platform_;
+  Links links_;
   TWDialog dialog_;
   OpenWindows openWindows_;
   CleanupTools cleanups_;
@@ -89,9 +101,14 @@ class AppDelegate {
   HideDesktopIconsController hideDesktopIcons_;
   HighlightController highlight_;
   PreventSleepController preventSleep_;
+  ReviewPrompt reviewPrompt_;
   // Last, so that no note reaches a tool that is gone.
   Subscription wakeNotes_;
   Subscription sleepNotes_;
+
+ public:
+  // The open preferences window; null while it is closed. Down here, since it uses what stands above.
+  std::unique_ptr<ViewController> globalPreferences;
 };
 
 }  // namespace harbor

@@ -12,17 +12,20 @@
 #include "platform/DistributedNotifications.h"
 #include "platform/FileManager.h"
 #include "platform/FolderBookmarks.h"
+#include "platform/LoginItems.h"
 #include "platform/OpenPanel.h"
 #include "platform/OverlayWindows.h"
 #include "platform/Pasteboard.h"
 #include "platform/PointerMonitor.h"
 #include "platform/PowerManager.h"
+#include "platform/PreferencesWindow.h"
 #include "platform/PreviewPanel.h"
 #include "platform/PropertyListCoder.h"
 #include "platform/ReviewWindow.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
 #include "platform/StatusItem.h"
+#include "platform/StoreReview.h"
 #include "platform/Text.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
@@ -57,6 +60,9 @@ struct Platform {
   std::string commandsFolder;
   ReviewWindows& reviewWindows;
   PreviewPanel& previewPanel;
+  LoginItems& loginItems;
+  StoreReview& storeReview;
+  PreferencesWindows& preferencesWindows;
 };
 
 }  // namespace harbor

@@ -304,6 +304,12 @@ TEST_F(AppDelegateTest, TheSectionsComeInTheirOrder) {
             "[ ] Clipboard\n"
             "[ ] Clear Clipboard Formatting\n"
             "---\n"
+            "[ ] Preferences action\n"
+            "---\n"
+            "[ ] Harbor Tray Help action\n"
+            "[ ] Privacy Policy action\n"
+            "[ ] Rate on App Store action\n"
+            "[ ] Visit Tidewell action\n"
             "[ ] Quit action\n");
 }
 
@@ -372,7 +378,8 @@ TEST_F(AppDelegateTest, WhatIsLoadedIsReadOnceAndWrittenAtEachAction) {
   platform.settings.setBool(settings_keys::clipboardEnabled, true);
   EXPECT_EQ(boldTitles(), Texts{});
   platform.settings.writtenKeys.clear();
-  platform.statusItem.choose({"Clear Clipboard Formatting", "Automatically Clear"});
+  platform.statusItem.click();
+  platform.statusItem.chooseShown({"Clear Clipboard Formatting", "Automatically Clear"});
   EXPECT_EQ(platform.settings.writtenKeys, Texts{"AutoClearClipboardFormattingEnabled"});
 }
 

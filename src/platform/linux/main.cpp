@@ -162,7 +162,10 @@ struct LinuxPlatform {
             homeFolderOfUserDatabase,
             commandsFolder(),
             reviewWindows,
-            previewPanel};
+            previewPanel,
+            memory.loginItems,
+            memory.storeReview,
+            memory.preferencesWindows};
   }
 };
 

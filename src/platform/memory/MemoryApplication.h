@@ -1,6 +1,7 @@
 // The process as a record of what was asked of it.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "platform/Application.h"
@@ -9,7 +10,10 @@ namespace harbor {
 
 class MemoryApplication : public Application {
  public:
-  void setActivationPolicy(ActivationPolicy newPolicy) override { policy = newPolicy; }
+  void setActivationPolicy(ActivationPolicy newPolicy) override {
+    policy = newPolicy;
+    if (whenPolicySet) whenPolicySet(newPolicy);
+  }
   void activateIgnoringOtherApps() override { ++activations; }
   void terminate() override { terminated = true; }
   std::optional<std::string> bundleIdentifier() const override { return identifier; }
@@ -20,6 +24,7 @@ class MemoryApplication : public Application {
   }
 
   ActivationPolicy policy = ActivationPolicy::accessory;
+  std::function<void(ActivationPolicy)> whenPolicySet;
   int activations = 0;
   bool terminated = false;
   std::optional<std::string> identifier = "com.tidewell.HarborTray";

@@ -11,15 +11,18 @@
 #include "platform/memory/MemoryDistributedNotifications.h"
 #include "platform/memory/MemoryFileManager.h"
 #include "platform/memory/MemoryFolderBookmarks.h"
+#include "platform/memory/MemoryLoginItems.h"
 #include "platform/memory/MemoryOpenPanel.h"
 #include "platform/memory/MemoryOverlayWindows.h"
 #include "platform/memory/MemoryPasteboard.h"
 #include "platform/memory/MemoryPointerMonitor.h"
 #include "platform/memory/MemoryPowerManager.h"
+#include "platform/memory/MemoryPreferencesWindows.h"
 #include "platform/memory/MemoryReviewWindows.h"
 #include "platform/memory/MemoryRunLoop.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/memory/MemoryStatusItem.h"
+#include "platform/memory/MemoryStoreReview.h"
 #include "platform/memory/MemoryWindowServer.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "platform/plist/LibplistCoder.h"
@@ -51,6 +54,9 @@ struct MemoryPlatform {
   std::string commandsFolder;
   MemoryReviewWindows reviewWindows;
   MemoryPreviewPanel previewPanel;
+  MemoryLoginItems loginItems;
+  MemoryStoreReview storeReview;
+  MemoryPreferencesWindows preferencesWindows;
 
   Platform asPlatform() {
     return {settings,
@@ -77,7 +83,10 @@ struct MemoryPlatform {
             [this] { return home; },
             commandsFolder,
             reviewWindows,
-            previewPanel};
+            previewPanel,
+            loginItems,
+            storeReview,
+            preferencesWindows};
   }
 };
 
