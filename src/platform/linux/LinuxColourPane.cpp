@@ -1,10 +1,8 @@
 #include "platform/linux/LinuxColourPane.h"
 
-#include <QCloseEvent>
 #include <QColorDialog>
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -12,6 +10,7 @@
 #include <utility>
 
 #include "platform/linux/LinuxColourPanes.h"
+#include "platform/linux/PaneWindow.h"
 
 namespace harbor {
 namespace {
@@ -26,41 +25,16 @@ QColor toQColor(const Colour& colour) {
 
 }  // namespace
 
-class LinuxColourPane::Window : public QWidget {
- public:
-  explicit Window(LinuxColourPane& owner) : owner_(&owner) {}
-
-  // Closing reports nothing any more.
-  void forget() { owner_ = nullptr; }
-
- protected:
-  void closeEvent(QCloseEvent* event) override {
-    event->accept();
-    if (auto* owner = std::exchange(owner_, nullptr)) owner->closed();
-  }
-  void keyPressEvent(QKeyEvent* event) override {
-    if (event->matches(QKeySequence::Cancel) || event->matches(QKeySequence::Close)) {
-      close();
-    } else {
-      QWidget::keyPressEvent(event);
-    }
-  }
-
- private:
-  LinuxColourPane* owner_;
-};
-
 std::unique_ptr<ColourPane> LinuxColourPanes::make(ColourPaneEvents events) {
   return std::make_unique<LinuxColourPane>(std::move(events));
 }
 
 LinuxColourPane::LinuxColourPane(ColourPaneEvents events)
     : events_(std::move(events)),
-      window_(new Window(*this)),
-      container_(new QFrame(window_)),
-      well_(new QPushButton(container_)) {
-  container_->setObjectName(QStringLiteral("container"));
-  auto* label = new QLabel(QStringLiteral("Custom Color:"), container_);
+      window_(new PaneWindow([this] { closed(); })),
+      well_(new QPushButton(&window_->container())) {
+  QFrame* const container = &window_->container();
+  auto* label = new QLabel(QStringLiteral("Custom Color:"), container);
   label->setTextFormat(Qt::PlainText);
   label->setBuddy(well_);
   well_->setIconSize(kSwatch);
@@ -70,38 +44,25 @@ LinuxColourPane::LinuxColourPane(ColourPaneEvents events)
   well_->setAutoDefault(true);
   QObject::connect(well_, &QPushButton::clicked, well_, [this] { openChooser(); });
 
-  auto* row = new QHBoxLayout(container_);
+  auto* row = new QHBoxLayout(container);
   row->setContentsMargins(kContainerMargin, kContainerMargin, kContainerMargin, kContainerMargin);
   row->addWidget(label);
   row->addStretch(1);
   row->addWidget(well_);
-  auto* layout = new QHBoxLayout(window_);
-  layout->addWidget(container_);
-  container_->setMinimumWidth(280);
-  layout->setSizeConstraint(QLayout::SetFixedSize);
+  container->setMinimumWidth(280);
   showColour();
 }
 
 LinuxColourPane::~LinuxColourPane() {
-  window_->forget();
   if (chooser_) {
     chooser_->disconnect();
     chooser_->hide();
   }
-  // The window may be in the middle of closing.
-  window_->hide();
-  window_->deleteLater();
+  window_->dismiss();
 }
 
 void LinuxColourPane::setContainer(const Colour& background, double cornerRadius) {
-  const QColor colour = toQColor(background);
-  container_->setStyleSheet(QStringLiteral("#container { background-color: rgba(%1, %2, %3, %4); "
-                                           "border-radius: %5px; }")
-                                .arg(colour.red())
-                                .arg(colour.green())
-                                .arg(colour.blue())
-                                .arg(colour.alpha())
-                                .arg(cornerRadius));
+  window_->setContainer(background, cornerRadius);
 }
 
 void LinuxColourPane::setWellColour(const Colour& colour) {

@@ -8,10 +8,11 @@
 #include "platform/ColourPane.h"
 
 class QColorDialog;
-class QFrame;
 class QPushButton;
 
 namespace harbor {
+
+class PaneWindow;
 
 class LinuxColourPane : public ColourPane {
  public:
@@ -26,8 +27,6 @@ class LinuxColourPane : public ColourPane {
   void orderFrontRegardless() override;
 
  private:
-  class Window;
-
   void openChooser();
   void chosen(const Colour& colour);
   void closed();
@@ -35,8 +34,7 @@ class LinuxColourPane : public ColourPane {
 
   ColourPaneEvents events_;
   Colour colour_;
-  Window* window_;
-  QFrame* container_;
+  PaneWindow* window_;
   QPushButton* well_;
   QPointer<QColorDialog> chooser_;
 };

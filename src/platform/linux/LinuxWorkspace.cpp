@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "platform/linux/DesktopNotification.h"
 #include "platform/linux/ExecLine.h"
 
 namespace harbor {
@@ -146,6 +147,13 @@ std::optional<std::string> LinuxWorkspace::fullPathForApplication(std::string_vi
 bool LinuxWorkspace::openFile(const FileUrl& url) {
   if (url.path == kMacScreenSaver) return startScreenSaver_ && startScreenSaver_();
   return launcher_.openFile(url);
+}
+
+bool LinuxWorkspace::openUrl(std::string_view url) {
+  if (launcher_.openUrl(url)) return true;
+  notifyDesktop("The page cannot be opened",
+                ("No application on this computer opens " + std::string(url)).c_str());
+  return false;
 }
 
 Subscription LinuxWorkspace::onWillSleep(std::function<void()> handler) {

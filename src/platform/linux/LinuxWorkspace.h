@@ -39,7 +39,8 @@ class LinuxWorkspace : public Workspace {
   std::optional<std::string> fullPathForApplication(std::string_view name) const override;
 
   bool openFile(const FileUrl& url) override;
-  bool openUrl(std::string_view url) override { return launcher_.openUrl(url); }
+  // An address that nothing here opens is told to the user in a notification.
+  bool openUrl(std::string_view url) override;
   void reveal(const std::vector<FileUrl>& urls) override { launcher_.reveal(urls); }
 
   Subscription onWillSleep(std::function<void()> handler) override;

@@ -9,10 +9,12 @@
 #include <string_view>
 
 #include "app/AppDelegate.h"
+#include "app/Links.h"
 #include "base/HomeFolder.h"
 #include "disk/CleanupReport.h"
 #include "disk/TWDiskUtility.h"
 #include "platform/icu/IcuText.h"
+#include "platform/linux/DesktopNotification.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/LinuxAlertPanel.h"
 #include "platform/linux/LinuxApplication.h"
@@ -22,14 +24,17 @@
 #include "platform/linux/LinuxDistributedNotifications.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/LinuxFolderBookmarks.h"
+#include "platform/linux/LinuxLoginItems.h"
 #include "platform/linux/LinuxOpenPanel.h"
 #include "platform/linux/LinuxPasteboard.h"
 #include "platform/linux/LinuxPointerMonitor.h"
 #include "platform/linux/LinuxPowerManager.h"
+#include "platform/linux/LinuxPreferencesWindow.h"
 #include "platform/linux/LinuxPreviewPanel.h"
 #include "platform/linux/LinuxReviewWindow.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxSettingsStore.h"
+#include "platform/linux/LinuxStoreReview.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/ModalWindows.h"
 #include "platform/linux/SingleInstance.h"
@@ -136,6 +141,15 @@ struct LinuxPlatform {
   LinuxOpenPanel openPanel{modalWindows, userTime};
   LinuxFolderBookmarks folderBookmarks{propertyLists};
   LinuxCleanupProgress cleanupProgress{modalWindows};
+  LinuxLoginItems loginItems{environment.configHome,
+                             {commandsFolder() + "/harbor-tray-launcher",
+                              QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString()},
+                             [] {
+                               notifyDesktop("Harbor Tray is not started at login",
+                                             "The desktop's own settings have switched its entry off.");
+                             }};
+  LinuxStoreReview storeReview{[this] { openLink(workspace, Links::configured().store); }};
+  LinuxPreferencesWindows preferencesWindows{userTime};
 
   Platform asPlatform() {
     return {settings,
@@ -163,9 +177,9 @@ struct LinuxPlatform {
             commandsFolder(),
             reviewWindows,
             previewPanel,
-            memory.loginItems,
-            memory.storeReview,
-            memory.preferencesWindows};
+            loginItems,
+            storeReview,
+            preferencesWindows};
   }
 };
 
