@@ -19,7 +19,7 @@ class PreferencesCase(DesktopCase):
         return self.wait_for_window()
 
     def windows(self):
-        return [window for window in self.screen.windows_of(self.tray.pid) if "Preferences" in (window.title() or "")]
+        return [window for window in self.screen.windows_of(self.tray.pid) if window.title() == "Preferences"]
 
     def wait_for_window(self):
         wait_for("the window", self.windows)
@@ -130,9 +130,13 @@ class Login(PreferencesCase):
         self.open_preferences()
         self.screen.press_key("space")
         wait_for("the entry", self.entry.exists)
+        self.desktop.spawn("dbus-monitor", "interface='com.tidewell.DistributedNotification'", log="monitor")
+        wait_for("the monitor", lambda: self.desktop.log_of("monitor"))
         launcher = self.log_in_again()
         wait_for("the program", lambda: self.desktop.bus.name_has_owner(PROGRAM))
         self.assertEqual(launcher.wait(timeout=60), 0)
+        wait_for("the program's word to the helper", lambda: "member=killLauncher" in self.desktop.log_of("monitor"))
+        self.assertIn(f'string "{PROGRAM}"', self.desktop.log_of("monitor"))
         self.assertFalse(self.desktop.bus.name_has_owner(LAUNCHER))
         self.assertTrue(self.desktop.bus.name_has_owner(PROGRAM))
 

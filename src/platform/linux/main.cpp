@@ -198,8 +198,8 @@ int run(char* program) {
   std::array<char*, 4> arguments{program, platformOption.data(), platformName.data(), nullptr};
   int argumentCount = 3;
   QApplication::setQuitOnLastWindowClosed(false);
+  // No display name beside it: that would be added to the title of every window.
   QApplication::setApplicationName(QString::fromLatin1(kApplicationName));
-  QApplication::setApplicationDisplayName(QString::fromLatin1(kApplicationName));
   QApplication::setDesktopFileName(QString::fromLatin1(kApplicationIdentifier));
   QApplication application(argumentCount, arguments.data());
   // Programs that are started from here make their own choice.
