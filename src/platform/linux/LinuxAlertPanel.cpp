@@ -1,9 +1,11 @@
 #include "platform/linux/LinuxAlertPanel.h"
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSpacerItem>
 #include <algorithm>
 #include <vector>
 
@@ -12,6 +14,8 @@
 
 namespace harbor {
 namespace {
+
+constexpr int kSmallestWidth = 420;
 
 QMessageBox::ButtonRole roleOfButton(std::size_t index, std::size_t count) {
   if (index == 0) return QMessageBox::AcceptRole;
@@ -48,6 +52,11 @@ AlertResult LinuxAlertPanel::run(const Alert& alert) {
   if (alert.suppressionTitle) {
     suppression = new QCheckBox(withoutMnemonics(*alert.suppressionTitle));
     box.setCheckBox(suppression);
+  }
+
+  // Left to itself, a message box breaks its text into very short lines.
+  if (auto* const grid = qobject_cast<QGridLayout*>(box.layout())) {
+    grid->addItem(new QSpacerItem(kSmallestWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
   }
 
   const Subscription modal = modalWindows_.enter(box);
