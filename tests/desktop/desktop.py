@@ -275,6 +275,7 @@ class Desktop:
         wait_for(f"the tray of {name}", lambda: self.tray_is_there(name))
         if before:
             wait_for(f"{name} on the screen", lambda: self.screen.picture().difference(before))
+            self.screen.settled_picture()
         return self.panel
 
     def tray_is_there(self, name):

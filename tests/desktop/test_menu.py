@@ -101,7 +101,7 @@ def contrast(case):
 
 class Icon(DesktopCase):
     def test_can_be_seen_on_a_dark_panel(self):
-        self.assertGreater(contrast(self), 100)
+        wait_for("an icon that stands out", lambda: contrast(self) > 100)
 
     def test_has_a_title_for_those_who_cannot_see_it(self):
         self.assertEqual(str(self.tray.item_property("Title")), "Harbor Tray")
@@ -111,7 +111,7 @@ class IconOnLightPanel(DesktopCase):
     desktop_options = {"dark_panel": False}
 
     def test_can_be_seen_there(self):
-        self.assertGreater(contrast(self), 100)
+        wait_for("an icon that stands out", lambda: contrast(self) > 100)
 
 
 def is_in_task_bar(screen, window):
