@@ -1,10 +1,7 @@
 #include "platform/linux/BlockedTrayClicks.h"
 
 #include <xcb/xcb.h>
-// A field of this C header is called like a keyword of C++.
-#define explicit explicit_
-#include <xcb/xinput.h>
-#undef explicit
+#include "platform/linux/XInput.h"
 
 #include <QGuiApplication>
 #include <QWindow>

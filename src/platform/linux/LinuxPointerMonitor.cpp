@@ -1,9 +1,6 @@
 #include "platform/linux/LinuxPointerMonitor.h"
 
-// The header of the input extension has a field of this name, which C++ reserves.
-#define explicit explicit_
-#include <xcb/xinput.h>
-#undef explicit
+#include "platform/linux/XInput.h"
 
 #include <chrono>
 

@@ -19,7 +19,7 @@ Subscription LinuxRunLoop::repeat(std::chrono::milliseconds interval, std::funct
   // Shared, so that a tick that drops its own subscription does not destroy the function it runs in.
   const auto shared = std::make_shared<std::function<void()>>(std::move(tick));
   QObject::connect(timer, &QTimer::timeout, &mainThread_, [shared] {
-    const auto running = shared;
+    const auto running = shared;  // NOLINT(performance-unnecessary-copy-initialization): keeps it alive
     (*running)();
   });
   timer->start();

@@ -39,7 +39,8 @@ Subscription SleepMonitor::add(const std::shared_ptr<Handlers>& handlers, std::f
 }
 
 void SleepMonitor::call(const Handlers& handlers) {
-  const Handlers copy = handlers;
+  // A handler may come or go while they are called.
+  const Handlers copy = handlers;  // NOLINT(performance-unnecessary-copy-initialization)
   for (const auto& [number, handler] : copy) {
     if (handlers.contains(number)) handler();
   }

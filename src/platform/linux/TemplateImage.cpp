@@ -64,16 +64,16 @@ QPainterPath hinted(const QPainterPath& outline, int size) {
 
 class TemplateEngine : public QIconEngine {
  public:
-  TemplateEngine(QPainterPath outline, PanelTone tone, QString themeName)
-      : outline_(std::move(outline)), tone_(tone), themeName_(std::move(themeName)) {}
+  TemplateEngine(const QPainterPath& outline, PanelTone tone, QString themeName)
+      : outline_(outline), tone_(tone), themeName_(std::move(themeName)) {}
 
   void paint(QPainter* painter, const QRect& rectangle, QIcon::Mode, QIcon::State) override {
     const int size = std::min(rectangle.width(), rectangle.height());
     const QPainterPath path = hinted(outline_, size);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(rectangle.x() + (rectangle.width() - size) / 2,
-                       rectangle.y() + (rectangle.height() - size) / 2);
+    const QPoint margin((rectangle.width() - size) / 2, (rectangle.height() - size) / 2);
+    painter->translate(rectangle.topLeft() + margin);
     if (tone_ == PanelTone::unknown) {
       painter->setPen(QPen(kDark, std::max(2.0, size / 8.0), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
       painter->drawPath(path);

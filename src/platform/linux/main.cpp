@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QIcon>
 #include <array>
 #include <cstdio>
 #include <optional>
@@ -202,6 +203,7 @@ int run(char* program) {
   QApplication::setApplicationName(QString::fromLatin1(kApplicationName));
   QApplication::setDesktopFileName(QString::fromLatin1(kApplicationIdentifier));
   QApplication application(argumentCount, arguments.data());
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/harbor-tray.png")));
   // Programs that are started from here make their own choice.
   if (!hasGlChoice) qunsetenv("QT_XCB_GL_INTEGRATION");
 
