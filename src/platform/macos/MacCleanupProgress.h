@@ -1,0 +1,13 @@
+// A cleanup on a background queue under a modal panel, which shows itself when it takes long.
+#pragma once
+
+#include "platform/CleanupProgress.h"
+
+namespace harbor {
+
+class MacCleanupProgress : public CleanupProgress {
+ public:
+  void runWhileWorking(const CleanupStatus& status, const std::function<void()>& work) override;
+};
+
+}  // namespace harbor

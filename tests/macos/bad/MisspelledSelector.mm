@@ -1,0 +1,7 @@
+// Sends a message that nobody understands.
+
+#import <AppKit/AppKit.h>
+
+void show(NSWindow* window) {
+  [window orderFrontRegardles];
+}

@@ -1,0 +1,7 @@
+// Gives a number where a text is due.
+
+#import <AppKit/AppKit.h>
+
+void name(NSWindow* window) {
+  window.title = @1;
+}

@@ -1,0 +1,27 @@
+// What the Mac platform uses of Core Foundation.
+#pragma once
+
+#include <Availability.h>
+
+HARBOR_NONNULL_BEGIN
+
+typedef const void* CFTypeRef;
+typedef unsigned long CFTypeID;
+typedef signed long CFIndex;
+typedef unsigned char Boolean;
+typedef uint32_t UInt32;
+typedef uint16_t UInt16;
+
+typedef const struct __attribute__((objc_bridge(NSString))) __CFString* CFStringRef;
+typedef const struct __attribute__((objc_bridge(NSArray))) __CFArray* CFArrayRef;
+typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* CFDictionaryRef;
+typedef const struct __attribute__((objc_bridge(NSNumber))) __CFNumber* CFNumberRef;
+typedef const struct __attribute__((objc_bridge(NSNumber))) __CFBoolean* CFBooleanRef;
+
+HARBOR_EXPORT void CFRelease(CFTypeRef object);
+HARBOR_EXPORT CFTypeID CFGetTypeID(CFTypeRef object);
+HARBOR_EXPORT CFTypeID CFBooleanGetTypeID(void);
+HARBOR_EXPORT Boolean CFNumberIsFloatType(CFNumberRef number);
+HARBOR_EXPORT const CFStringRef kCFBundleNameKey;
+
+HARBOR_NONNULL_END

@@ -1,0 +1,179 @@
+#!/usr/bin/env python3
+"""The Mac sources, as far as they can be judged without a Mac. `test_sources.py Types` runs one class of checks."""
+
+import plistlib
+import re
+import unittest
+
+import blocks
+import compiler
+import seam
+
+ROOT = compiler.ROOT
+
+
+def complaints(found):
+    return "\n".join(f"{name}:\n{text}" for name, text in found.items())
+
+
+class Types(unittest.TestCase):
+    def test_every_source_is_checked(self):
+        self.assertGreater(len(compiler.mac_sources()), 30)
+
+    def test_sources_type_check_under_arc(self):
+        found = compiler.diagnose_all(compiler.linux_target(), compiler.CHECK)
+        self.assertEqual(complaints(found), "")
+
+
+class Availability(unittest.TestCase):
+    def test_sources_use_nothing_newer_than_the_oldest_system(self):
+        found = compiler.diagnose_all(compiler.apple_target(), compiler.CHECK)
+        self.assertEqual(complaints(found), "")
+
+    def test_deployment_target_is_that_of_the_build(self):
+        build = (ROOT / "CMakeLists.txt").read_text()
+        self.assertIn(f"CMAKE_OSX_DEPLOYMENT_TARGET {compiler.DEPLOYMENT_TARGET} ", build)
+
+
+class Analyser(unittest.TestCase):
+    def test_static_analyser_finds_nothing(self):
+        found = compiler.diagnose_all(compiler.apple_target(), compiler.ANALYSE)
+        self.assertEqual(complaints(found), "")
+
+
+class Blocks(unittest.TestCase):
+    def test_no_block_keeps_its_owner_alive(self):
+        seen = 0
+        for source in compiler.mac_sources():
+            text = source.read_text()
+            seen += len(list(blocks.blocks(blocks.without_comments_and_texts(text))))
+            self.assertEqual(blocks.findings(text), [], source.name)
+        self.assertGreaterEqual(seen, 10)
+
+
+class Seam(unittest.TestCase):
+    def test_both_platforms_implement_every_operation_of_every_interface(self):
+        interfaces = seam.interfaces()
+        self.assertGreater(len(interfaces), 20)
+        linux = seam.implementations("linux", "plist", "icu")
+        mac = seam.implementations("macos")
+        for name, operations in interfaces.items():
+            with self.subTest(interface=name):
+                self.assertLessEqual(operations, mac.get(name, set()), "missing on the Mac")
+                self.assertLessEqual(operations, linux.get(name, set()), "missing on Linux")
+
+    def test_every_operation_has_its_row_in_the_table(self):
+        table = (ROOT / "docs/macos.md").read_text()
+        for name, operations in seam.interfaces().items():
+            for operation in operations:
+                row = f"| `{name}::{operation.split('/')[0]}` |"
+                with self.subTest(row=row):
+                    self.assertTrue(row in table)
+
+
+def plist(name):
+    text = (ROOT / "packaging/macos" / name).read_text()
+    text = text.replace("@CMAKE_OSX_DEPLOYMENT_TARGET@", compiler.DEPLOYMENT_TARGET)
+    return plistlib.loads(text.replace("@PROJECT_VERSION@", "1.0.0").encode())
+
+
+def constant(path, name):
+    """The text of a constant of the sources."""
+    match = re.search(name + r'\b[^;"]*"([^"]*)"', (ROOT / path).read_text())
+    return match and match.group(1)
+
+
+class Bundle(unittest.TestCase):
+    def test_program_is_a_menu_bar_agent_under_its_identifier(self):
+        information = plist("Info.plist.in")
+        self.assertEqual(information["CFBundleIdentifier"],
+                         constant("src/platform/linux/LinuxApplication.h", "kApplicationIdentifier"))
+        self.assertEqual(information["CFBundleName"],
+                         constant("src/platform/linux/LinuxApplication.h", "kApplicationName"))
+        self.assertEqual(information["CFBundleIdentifier"],
+                         constant("src/platform/macos/launcher/main.mm", "kProgramIdentifier"))
+        self.assertIs(information["LSUIElement"], True)
+        self.assertEqual(information["LSMinimumSystemVersion"], compiler.DEPLOYMENT_TARGET)
+        self.assertEqual(information["NSPrincipalClass"], "NSApplication")
+
+    def test_helper_answers_to_the_identifier_and_the_notification_of_the_core(self):
+        core = "".join(path.read_text() for path in (ROOT / "src/app").iterdir() if path.suffix in (".cpp", ".h"))
+        self.assertIn(f'"{plist("Launcher-Info.plist.in")["CFBundleIdentifier"]}"', core)
+        self.assertIn(f'"{constant("src/platform/macos/launcher/main.mm", "kKillLauncher")}"', core)
+        self.assertIs(plist("Launcher-Info.plist.in")["LSBackgroundOnly"], True)
+
+    def test_sandbox_allows_picked_folders_and_their_bookmarks_and_nothing_else(self):
+        self.assertEqual(plist("HarborTray.entitlements"), {
+            "com.apple.security.app-sandbox": True,
+            "com.apple.security.files.bookmarks.app-scope": True,
+            "com.apple.security.files.user-selected.read-write": True,
+        })
+        self.assertEqual(plist("LauncherApplication.entitlements"), {"com.apple.security.app-sandbox": True})
+        bookmarks = (ROOT / "src/platform/macos/MacFolderBookmarks.mm").read_text()
+        self.assertIn("NSURLBookmarkCreationWithSecurityScope", bookmarks)
+        self.assertIn("NSURLBookmarkResolutionWithSecurityScope", bookmarks)
+
+    def test_bundle_brings_the_image_that_the_core_names(self):
+        core = (ROOT / "src/app/AppDelegate.cpp").read_text()
+        self.assertIn('"StatusBarButtonImage"', core)
+        self.assertTrue((ROOT / "packaging/macos/StatusBarButtonImage.png").exists())
+        self.assertTrue((ROOT / "packaging/macos/StatusBarButtonImage@2x.png").exists())
+        self.assertTrue((ROOT / f'packaging/macos/{plist("Info.plist.in")["CFBundleIconFile"]}.icns').exists())
+
+
+class BadSources(unittest.TestCase):
+    """Each check fails where it should: every file of bad/ has one fault."""
+
+    def diagnose(self, name, target, mode=compiler.CHECK):
+        return compiler.diagnose(compiler.BAD / name, target, mode)
+
+    def test_frame_of_the_bad_sources_is_good(self):
+        for target in (compiler.linux_target(), compiler.apple_target()):
+            self.assertEqual(self.diagnose("Good.mm", target), "")
+        self.assertEqual(self.diagnose("Good.mm", compiler.apple_target(), compiler.ANALYSE), "")
+        self.assertEqual(blocks.findings((compiler.BAD / "Good.mm").read_text()), [])
+
+    def test_misspelled_selector_fails(self):
+        for target in (compiler.linux_target(), compiler.apple_target()):
+            self.assertIn("orderFrontRegardles", self.diagnose("MisspelledSelector.mm", target))
+
+    def test_misspelled_selector_expression_fails(self):
+        for target in (compiler.linux_target(), compiler.apple_target()):
+            self.assertIn("undeclared selector", self.diagnose("UndeclaredSelector.mm", target))
+
+    def test_constant_of_another_type_fails(self):
+        for target in (compiler.linux_target(), compiler.apple_target()):
+            self.assertIn("NSWindowOrderingMode", self.diagnose("WrongConstant.mm", target))
+            self.assertIn("incompatible pointer types", self.diagnose("WrongObject.mm", target))
+
+    def test_newer_call_fails_only_where_it_is_unguarded(self):
+        self.assertIn("only available on macOS 13.0", self.diagnose("NewerCall.mm", compiler.apple_target()))
+        self.assertEqual(self.diagnose("GuardedNewerCall.mm", compiler.apple_target()), "")
+
+    def test_absent_value_where_one_is_needed_fails(self):
+        self.assertIn("nullable", self.diagnose("AbsentValue.mm", compiler.apple_target()))
+
+    def test_leak_is_found_by_the_analyser(self):
+        self.assertIn("leak", self.diagnose("Leak.mm", compiler.apple_target(), compiler.ANALYSE))
+
+    def test_block_that_keeps_its_object_fails(self):
+        for name, word in (("StrongSelf.mm", "self"), ("StrongMember.mm", "_count"), ("StrongThis.mm", "this"),
+                           ("StrongDataMember.mm", "count_"), ("StrongLambda.mm", "this")):
+            with self.subTest(source=name):
+                found = blocks.findings((compiler.BAD / name).read_text())
+                self.assertEqual(len(found), 1, found)
+                self.assertTrue(found[0].endswith(" " + word), found)
+
+    def test_operation_that_is_missing_is_found(self):
+        body = "class MacClock : public Clock {\n public:\n  Date now(int, std::map<int, int>) const override;\n};"
+        (name, bases, text), = seam._classes(body)
+        self.assertEqual((name, bases), ("MacClock", ["Clock"]))
+        self.assertIn("override", text)
+        self.assertEqual(seam._parameters("int a, std::map<int, int> b"), 2)
+        self.assertNotIn("now/0", {f"now/{seam._parameters('int, std::map<int, int>')}"})
+        self.assertEqual(seam.interfaces()["Clock"], {"now/0"})
+        self.assertEqual(seam.interfaces()["WindowServer"] & {"windowNumberAtPoint/2"}, {"windowNumberAtPoint/2"})
+
+
+if __name__ == "__main__":
+    unittest.main()
