@@ -7,15 +7,34 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
+#include <memory>
+#include <vector>
 
 namespace harbor {
 namespace {
+
+constexpr int kSpaceBelowMessage = 6;  // pixels
 
 FileUrl urlOf(const QString& path) {
   FileUrl url = FileUrl::fromPath(QFile::encodeName(path).toStdString());
   url.isDirectory = true;
   return url;
 }
+
+// While it lives, the toolkit finds and leaves nothing in its own settings: its dialogs would write down
+// there which folders were visited.
+class WithoutToolkitSettings {
+ public:
+  WithoutToolkitSettings() { QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, "/dev/null"); }
+  ~WithoutToolkitSettings() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+  }
+  WithoutToolkitSettings(const WithoutToolkitSettings&) = delete;
+  WithoutToolkitSettings& operator=(const WithoutToolkitSettings&) = delete;
+};
 
 // A directory panel in which only the folder that the request enables can be opened.
 class FolderDialog : public QFileDialog {
@@ -29,6 +48,7 @@ class FolderDialog : public QFileDialog {
     setLabelText(QFileDialog::Accept, QStringLiteral("Open"));
     setDirectory(QFile::decodeName(request.directory.path.c_str()));
     addMessage();
+    hideTypes();
     connect(this, &QFileDialog::currentChanged, this, [this] { updateButton(); });
     connect(this, &QFileDialog::directoryEntered, this, [this] { updateButton(); });
     if (auto* const name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
@@ -54,13 +74,35 @@ class FolderDialog : public QFileDialog {
   }
 
  private:
+  // What the user is asked for stands above everything else.
   void addMessage() {
     auto* const grid = qobject_cast<QGridLayout*>(layout());
     if (!grid) return;
+    struct Cell {
+      std::unique_ptr<QLayoutItem> item;
+      int row, column, rows, columns;
+    };
+    std::vector<Cell> cells;
+    while (grid->count() > 0) {
+      int row = 0, column = 0, rows = 0, columns = 0;
+      grid->getItemPosition(0, &row, &column, &rows, &columns);
+      cells.push_back({std::unique_ptr<QLayoutItem>(grid->takeAt(0)), row, column, rows, columns});
+    }
+    for (Cell& cell : cells)
+      grid->addItem(cell.item.release(), cell.row + 1, cell.column, cell.rows, cell.columns);
+
     auto* const message = new QLabel(QString::fromStdString(request_.message), this);
     message->setTextFormat(Qt::PlainText);
     message->setWordWrap(true);
-    grid->addWidget(message, grid->rowCount(), 0, 1, grid->columnCount());
+    message->setContentsMargins(0, 0, 0, kSpaceBelowMessage);
+    grid->addWidget(message, 0, 0, 1, grid->columnCount());
+  }
+
+  // Only folders are shown, so there are no types to choose from.
+  void hideTypes() {
+    for (const char* const name : {"fileTypeLabel", "fileTypeCombo"}) {
+      if (auto* const widget = findChild<QWidget*>(QLatin1String(name))) widget->hide();
+    }
   }
 
   void updateButton() {
@@ -82,6 +124,7 @@ class FolderDialog : public QFileDialog {
 }  // namespace
 
 std::optional<FileUrl> LinuxOpenPanel::run(const OpenPanelRequest& request) {
+  const WithoutToolkitSettings traceless;
   FolderDialog dialog(request);
   const Subscription modal = modalWindows_.enter(dialog);
   dialog.setWindowModality(Qt::ApplicationModal);
