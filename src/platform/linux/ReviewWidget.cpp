@@ -80,8 +80,6 @@ ReviewWidget::ReviewWidget(ReviewWindowEvents events)
   makeTable();
   makeSpinner();
   deleteButton_->setAccessibleDescription(tr("Moves the selected files to the Trash"));
-  summary_->setAccessibleName(tr("Selection"));
-  status_->setAccessibleName(tr("Status"));
   summary_->setMinimumWidth(160);
 
   auto* const texts = new QVBoxLayout;
@@ -146,6 +144,8 @@ void ReviewWidget::makeTable() {
   header->resizeSection(ReviewTableModel::quickLookColumn, unit * 11);
 
   connect(table_, &QTableView::clicked, this, [this](const QModelIndex& index) {
+    // A click on a box alone would leave the keyboard on another row, which Space would then tick.
+    if (index.column() == ReviewTableModel::checkColumn) table_->setCurrentIndex(index);
     if (isButtonColumn(index.column())) pressed(index);
   });
 }
