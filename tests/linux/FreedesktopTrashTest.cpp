@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -153,9 +154,13 @@ int onAVolume(const TemporaryFolder& folder, const std::function<int(const std::
   const pid_t child = fork();
   if (child == 0) {
     if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) _exit(100);
-    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) _exit(101);
+    // Where the root folder is no mount of its own (in a changed root) the mounts above may be shared with
+    // others, which is why the volume is taken away again at the end.
+    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 && errno != EINVAL) _exit(101);
     if (mount("tmpfs", volume.c_str(), "tmpfs", 0, "mode=0777") != 0) _exit(102);
-    _exit(check(volume));
+    const int result = check(volume);
+    umount2(volume.c_str(), MNT_DETACH);
+    _exit(result);
   }
   int status = 0;
   waitpid(child, &status, 0);
