@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -60,11 +61,19 @@ struct HostileFolders : testing::Test {
   }
 
   // Runs the body where it may mount without anybody else seeing it.
-  static bool whereItMayMount(const std::function<void()>& body) {
+  bool whereItMayMount(const std::function<void()>& body) const {
     return inChild([&] {
       if (::unshare(CLONE_NEWNS) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) ::_exit(kNotPermitted);
-      if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) ::_exit(kNotPermitted);
+      if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
+        body();
+        return;
+      }
+      // In a changed root the root folder is no mount: the test's own folder is made one.
+      const char* const own = root.path().c_str();
+      if (errno != EINVAL || ::mount(own, own, nullptr, MS_BIND, nullptr) != 0) ::_exit(kNotPermitted);
+      if (::mount("none", own, nullptr, MS_PRIVATE, nullptr) != 0) ::_exit(kNotPermitted);
       body();
+      ::umount2(own, MNT_DETACH);
     });
   }
 
@@ -216,7 +225,7 @@ TEST_F(HostileFolders, WhatIsMountedInsideStaysAndIsNoFailure) {
     EXPECT_TRUE(fs::exists(f + "/onTmpfs/there"));
     EXPECT_TRUE(fs::exists(f + "/sub/bound/precious"));
   });
-  if (!permitted) GTEST_SKIP() << "this system permits no private mounts";
+  ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
   EXPECT_TRUE(snapshotOf(home + "/outside") == outside);
   EXPECT_TRUE(fs::exists(home + "/f/sub/bound/hiddenBelow"));
   EXPECT_TRUE(fs::exists(home + "/f/onTmpfs/hiddenBelow"));
@@ -230,7 +239,7 @@ TEST_F(HostileFolders, TheHomeFolderMountedElsewhereIsStillTheHomeFolder) {
     EXPECT_EQ(removal.emptyFolder(root.path("elsewhere/again")).refusal, RemovalRefusal::homeOrAbove);
     EXPECT_EQ(removal.removeItem(root.path("elsewhere/again")).refusal, RemovalRefusal::homeOrAbove);
   });
-  if (!permitted) GTEST_SKIP() << "this system permits no private mounts";
+  ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
   EXPECT_TRUE(fs::exists(home + "/keep"));
 }
 
