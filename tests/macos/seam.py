@@ -39,26 +39,41 @@ def _parameters(text):
 DECLARATION = r"(\w+)\s*\(((?:[^()]|\([^()]*\))*)\)\s*(?:const\s*)?(?:noexcept\s*)?"
 
 
+def operations_of_interfaces(source):
+    """For each interface of a source its operations, as "name/number of parameters"."""
+    result = {}
+    for name, _, body in _classes(source):
+        operations = {f"{match.group(1)}/{_parameters(match.group(2))}"
+                      for match in re.finditer(r"virtual[^;{}]*?\b" + DECLARATION + r"=\s*0\s*;", body)}
+        if operations:
+            result[name] = operations
+    return result
+
+
+def overridden_operations(source):
+    """For each base class the operations that the classes of a source override."""
+    result = {}
+    for _, bases, body in _classes(source):
+        operations = {f"{match.group(1)}/{_parameters(match.group(2))}"
+                      for match in re.finditer(r"\b" + DECLARATION + r"override\b", body)}
+        for base in bases:
+            result.setdefault(base, set()).update(operations)
+    return result
+
+
 def interfaces():
-    """For each interface its operations, as "name/number of parameters"."""
+    """The interfaces of the seam with their operations."""
     result = {}
     for header in sorted(PLATFORM.glob("*.h")):
-        for name, _, body in _classes(header.read_text()):
-            operations = {f"{match.group(1)}/{_parameters(match.group(2))}"
-                          for match in re.finditer(r"virtual[^;{}]*?\b" + DECLARATION + r"=\s*0\s*;", body)}
-            if operations:
-                result[name] = operations
+        result.update(operations_of_interfaces(header.read_text()))
     return result
 
 
 def implementations(*folders):
-    """For each base class the operations that the classes of these folders override."""
+    """For each interface the operations that these folders of the platform implement."""
     result = {}
     for folder in folders:
         for source in sorted(path for path in (PLATFORM / folder).rglob("*") if path.suffix in (".h", ".cpp", ".mm")):
-            for _, bases, body in _classes(source.read_text()):
-                operations = {f"{match.group(1)}/{_parameters(match.group(2))}"
-                              for match in re.finditer(r"\b" + DECLARATION + r"override\b", body)}
-                for base in bases:
-                    result.setdefault(base, set()).update(operations)
+            for base, operations in overridden_operations(source.read_text()).items():
+                result.setdefault(base, set()).update(operations)
     return result

@@ -1,8 +1,11 @@
 #!/usr/bin/env python3
 """The Mac sources, as far as they can be judged without a Mac. `test_sources.py Types` runs one class of checks."""
 
+import pathlib
 import plistlib
 import re
+import subprocess
+import tempfile
 import unittest
 
 import blocks
@@ -121,6 +124,33 @@ class Bundle(unittest.TestCase):
         self.assertTrue((ROOT / f'packaging/macos/{plist("Info.plist.in")["CFBundleIconFile"]}.icns').exists())
 
 
+class Configure(unittest.TestCase):
+    def configure(self, *options):
+        """The build's commands as CMake writes them; nothing is compiled."""
+        with tempfile.TemporaryDirectory() as folder:
+            command = ["cmake", "-S", str(ROOT), "-B", folder, "-G", "Ninja", *options]
+            answer = subprocess.run(command, capture_output=True, text=True)
+            self.assertEqual(answer.returncode, 0, answer.stderr)
+            return (pathlib.Path(folder) / "build.ninja").read_text()
+
+    def test_mac_build_makes_the_bundle_with_its_helper(self):
+        build = self.configure(
+            "-DCMAKE_SYSTEM_NAME=Darwin", "-DCMAKE_SYSTEM_PROCESSOR=x86_64", "-DCMAKE_OSX_SYSROOT=/",
+            f"-DCMAKE_OSX_DEPLOYMENT_TARGET={compiler.DEPLOYMENT_TARGET}", "-DCMAKE_INSTALL_NAME_TOOL=true",
+            f"-DCMAKE_CXX_COMPILER={compiler.CLANG}", f"-DCMAKE_OBJCXX_COMPILER={compiler.CLANG}",
+            "-DCMAKE_CXX_COMPILER_WORKS=1", "-DCMAKE_OBJCXX_COMPILER_WORKS=1")
+        self.assertIn("Contents/Library/LoginItems/LauncherApplication.app", build)
+        for source in compiler.mac_sources():
+            self.assertIn(str(source.relative_to(ROOT)), build)
+        self.assertNotIn("src/platform/linux/", build)
+
+    def test_linux_build_sees_nothing_of_the_mac(self):
+        build = self.configure("-DHARBOR_TESTS=OFF")
+        self.assertIn("src/platform/linux/", build)
+        self.assertNotIn("src/platform/macos", build)
+        self.assertNotIn("packaging/macos", build)
+
+
 class BadSources(unittest.TestCase):
     """Each check fails where it should: every file of bad/ has one fault."""
 
@@ -164,15 +194,24 @@ class BadSources(unittest.TestCase):
                 self.assertEqual(len(found), 1, found)
                 self.assertTrue(found[0].endswith(" " + word), found)
 
-    def test_operation_that_is_missing_is_found(self):
-        body = "class MacClock : public Clock {\n public:\n  Date now(int, std::map<int, int>) const override;\n};"
-        (name, bases, text), = seam._classes(body)
-        self.assertEqual((name, bases), ("MacClock", ["Clock"]))
-        self.assertIn("override", text)
-        self.assertEqual(seam._parameters("int a, std::map<int, int> b"), 2)
-        self.assertNotIn("now/0", {f"now/{seam._parameters('int, std::map<int, int>')}"})
-        self.assertEqual(seam.interfaces()["Clock"], {"now/0"})
-        self.assertEqual(seam.interfaces()["WindowServer"] & {"windowNumberAtPoint/2"}, {"windowNumberAtPoint/2"})
+    def test_operation_that_is_missing_or_has_other_parameters_is_found(self):
+        wanted = seam.operations_of_interfaces("""
+            class Store {
+             public:
+              virtual ~Store() = default;
+              virtual bool write(std::string_view key, const std::map<int, int>& value) = 0;  // kept
+              virtual Subscription watch(std::function<void(int, int)> handler) const = 0;
+              virtual void clear() = 0;
+            };""")
+        self.assertEqual(wanted, {"Store": {"write/2", "watch/1", "clear/0"}})
+        made = seam.overridden_operations("""
+            class MacStore : public Store {
+             public:
+              bool write(std::string_view key) override;
+              // void clear() override;
+              Subscription watch(std::function<void(int, int)> handler) const override { return {}; }
+            };""")
+        self.assertEqual(wanted["Store"] - made["Store"], {"write/2", "clear/0"})
 
 
 if __name__ == "__main__":

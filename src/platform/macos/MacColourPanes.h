@@ -13,6 +13,7 @@ namespace harbor {
 class MacColourPane : public ColourPane {
  public:
   explicit MacColourPane(ColourPaneEvents events);
+  ~MacColourPane() override;
 
   void setContainer(const Colour& background, double cornerRadius) override;
   void setWellColour(const Colour& colour) override;

@@ -37,6 +37,12 @@ MacColourPane::MacColourPane(ColourPaneEvents events)
   [customColorWell_ setAccessibilityLabel:@"Custom Color"];
 }
 
+// The shared colour panel may stay open; it must not act on a well that is gone.
+MacColourPane::~MacColourPane() {
+  customColorWell_.target = nil;
+  [customColorWell_ deactivate];
+}
+
 void MacColourPane::setContainer(const Colour& background, double cornerRadius) {
   harbor::setContainer(viewContainerView1_, background, cornerRadius);
 }

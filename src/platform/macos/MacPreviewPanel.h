@@ -2,7 +2,7 @@
 // review window's controller hands it the source that is kept here.
 #pragma once
 
-#import <QuickLookUI/QuickLookUI.h>
+#import <Quartz/Quartz.h>
 
 #include "platform/PreviewPanel.h"
 

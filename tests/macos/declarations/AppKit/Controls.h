@@ -58,6 +58,7 @@ typedef HARBOR_ENUM(NSUInteger, NSButtonType){
 
 @interface NSColorWell : NSControl
 @property(copy) NSColor* color;
+- (void)deactivate;
 @end
 
 typedef HARBOR_ENUM(NSUInteger, NSProgressIndicatorStyle){

@@ -1,0 +1,4 @@
+// The umbrella by which programs reach Quick Look's panel.
+#pragma once
+
+#import <QuickLookUI/QuickLookUI.h>
