@@ -1,6 +1,7 @@
 """The uninstaller from the menu to the Trash, and back from the history."""
 
 import os
+import subprocess
 import plistlib
 import unittest
 from pathlib import Path
@@ -200,11 +201,15 @@ class WithoutPermission(UninstallerCase):
         if os.getuid() == 0:
             wrapper = self.desktop.home / "start"
             wrapper.write_text(
-                f"#!/bin/sh\nset -e\nmount --bind '{folder}' '{folder}'\n"
+                f"#!/bin/sh\nset -e\nmount --bind '{folder}' '{folder}'\nmount --make-private '{folder}'\n"
                 f"mount -o remount,ro,bind '{folder}'\nexec '{self.tray.path}' \"$@\"\n"
             )
             wrapper.chmod(0o755)
-            arguments, self.tray.path = (("--mount", str(wrapper)), "unshare")
+            # In a changed root the root folder is no mount whose propagation could be changed.
+            own = ["--mount"]
+            if subprocess.run(["unshare", *own, "true"], stderr=subprocess.DEVNULL).returncode != 0:
+                own += ["--propagation", "unchanged"]
+            arguments, self.tray.path = ((*own, str(wrapper)), "unshare")
         else:
             folder.chmod(0o500)
             self.addCleanup(folder.chmod, 0o700)
