@@ -8,7 +8,6 @@
 namespace harbor {
 namespace {
 
-constexpr Pixel kDesktop{32, 64, 96};
 constexpr Pixel kBack{200, 120, 40};
 constexpr Pixel kFront{60, 180, 220};
 constexpr Pixel kBlack{0, 0, 0};
@@ -31,6 +30,9 @@ class Veil : public testing::TestWithParam<VeilCase> {
     if (GetParam().compositor == VeilCase::Compositor::picom) {
       ASSERT_TRUE(desktop.startCompositor());
     }
+    // Some compositing managers paint a background of their own.
+    corner = desktop.pixel(780, 580);
+    middle = desktop.pixel(380, 250);
     back = desktop.makeWindow({60, 80, 300, 300}, kBack, {.title = "back", .type = "NORMAL"});
     front = desktop.makeWindow({250, 200, 300, 250}, kFront, {.title = "front", .type = "NORMAL"});
     desktop.activate(front);
@@ -53,6 +55,8 @@ class Veil : public testing::TestWithParam<VeilCase> {
   }
 
   PrivateDesktop desktop;
+  Pixel corner;
+  Pixel middle;
   xcb_window_t back = XCB_NONE;
   xcb_window_t front = XCB_NONE;
   std::unique_ptr<Overlays> overlays;
@@ -62,7 +66,7 @@ class Veil : public testing::TestWithParam<VeilCase> {
 TEST_P(Veil, DarkensEverythingButTheFrontWindowByItsOpacity) {
   const auto [backX, backY] = insideTop(back);
   const auto [frontX, frontY] = inside(front);
-  EXPECT_TRUE(desktop.showsPixel(780, 580, blended(kDesktop, kBlack, 0.8))) << desktop.pixel(780, 580);
+  EXPECT_TRUE(desktop.showsPixel(780, 580, blended(corner, kBlack, 0.8))) << desktop.pixel(780, 580);
   EXPECT_TRUE(desktop.showsPixel(backX, backY, blended(kBack, kBlack, 0.8))) << desktop.pixel(backX, backY);
   EXPECT_TRUE(desktop.showsPixel(frontX, frontY, kFront)) << desktop.pixel(frontX, frontY);
   const auto [frontTopX, frontTopY] = insideTop(front);
@@ -84,7 +88,7 @@ TEST_P(Veil, LeavesAMenuAboveTheFrontWindowClear) {
   constexpr Pixel kMenu{250, 250, 120};
   desktop.makeWindow({600, 100, 120, 200}, kMenu, {.isOverrideRedirect = true});
   EXPECT_TRUE(desktop.showsPixel(660, 200, kMenu)) << desktop.pixel(660, 200);
-  EXPECT_TRUE(desktop.showsPixel(780, 580, blended(kDesktop, kBlack, 0.8))) << desktop.pixel(780, 580);
+  EXPECT_TRUE(desktop.showsPixel(780, 580, blended(corner, kBlack, 0.8))) << desktop.pixel(780, 580);
 }
 
 TEST_P(Veil, FollowsAMovedFrontWindow) {
@@ -94,7 +98,7 @@ TEST_P(Veil, FollowsAMovedFrontWindow) {
   ASSERT_TRUE(waitUntil([&] { return desktop.placeOf(front).x >= 400; }));
   const auto [frontX, frontY] = inside(front);
   EXPECT_TRUE(desktop.showsPixel(frontX, frontY, kFront)) << desktop.pixel(frontX, frontY);
-  EXPECT_TRUE(desktop.showsPixel(380, 400, blended(kDesktop, kBlack, 0.8))) << desktop.pixel(380, 400);
+  EXPECT_TRUE(desktop.showsPixel(380, 250, blended(middle, kBlack, 0.8))) << desktop.pixel(380, 250);
 }
 
 TEST_P(Veil, TakesNeitherTheFocusNorAPlaceAmongTheManagedWindows) {
@@ -125,7 +129,7 @@ TEST_P(Veil, NeverFightsTheWindowManager) {
 
 TEST_P(Veil, IsGoneWhenOrderedOut) {
   veil->orderOut();
-  EXPECT_TRUE(desktop.showsPixel(780, 580, kDesktop)) << desktop.pixel(780, 580);
+  EXPECT_TRUE(desktop.showsPixel(780, 580, corner)) << desktop.pixel(780, 580);
   const auto [backX, backY] = insideTop(back);
   EXPECT_TRUE(desktop.showsPixel(backX, backY, kBack)) << desktop.pixel(backX, backY);
 }
