@@ -14,6 +14,58 @@ from waiting import wait_for
 TEXTS = ["Meet at the harbor at nine", "https://example.org/tides?day=today", "Two lines:\nthis is the second"]
 
 
+def show_overlays(desktop, tray, front, take):
+    """Switches each tool that lies over the screen on and off, with a picture of it at work."""
+    screen = desktop.screen
+
+    def changes(what, act):
+        before = screen.settled_picture()
+        act()
+        wait_for(what, lambda: screen.picture().difference(before))
+
+    behind = OtherProgram(desktop, "Letters")
+    window = screen.windows_of(behind.pid)[0]
+    window.window.configure(x=180, y=140)
+    wait_for("the window to move", lambda: window.box()[0] < 200)
+    front.activate()
+
+    changes("the dimmed screen", lambda: tray.choose("Focus Mode", "Enable"))
+    take("focus-mode")
+    tray.choose("Tint Screen", "Enable")
+    tray.wait_for_dialog()
+    take("conflict")
+    changes("the tint", lambda: tray.answer("OK"))
+    take("tint-screen")
+    changes("the pane", lambda: tray.choose("Tint Screen", "Preferences"))
+    take("tint-preferences")
+    screen.press_key("Escape")
+    changes("the clear screen", lambda: tray.choose("Tint Screen", "Enable"))
+
+    screen.move_pointer(860, 560)
+    changes("the ring", lambda: tray.choose("Highlight Mouse Cursor", "Enable"))
+    take("pointer-ring")
+    changes("the ring to go", lambda: tray.choose("Highlight Mouse Cursor", "Enable"))
+
+    tray.choose("Prevent Sleep", "Enable")
+    screen.click(*center((1250, 0, 1280, 30)))
+    tray.wait_for_popup()
+    take("prevent-sleep")
+    tray.close_popups()
+    # Its title counts down.
+    tray.choose(next(label for label in tray.menu().labels() if label.startswith("Prevent Sleep")), "Enable")
+
+    folder = desktop.home / "Desktop"
+    folder.mkdir(exist_ok=True)
+    (folder / "Report.txt").write_text("figures")
+    changes("the icon", lambda: desktop.spawn("pcmanfm", "--desktop"))
+    take("desktop-icons")
+    tray.choose("Hide Desktop Icons", "Enable")
+    tray.wait_for_dialog()
+    changes("the icon to go", lambda: tray.answer("OK"))
+    take("hidden-desktop-icons")
+    changes("the icon to come back", lambda: tray.choose("Hide Desktop Icons", "Enable"))
+
+
 def main():
     options = argparse.ArgumentParser(description=__doc__)
     options.add_argument("--program", required=True, type=Path)
@@ -67,6 +119,7 @@ def main():
             tray.wait_for_dialog()
             take("clear-clipboard")
             tray.answer("Cancel")
+            show_overlays(desktop, tray, notes, take)
             tray.choose("Quit")
             status = tray.process.wait(timeout=60)
         except (AssertionError, RuntimeError) as failure:
