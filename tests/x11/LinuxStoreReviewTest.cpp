@@ -104,7 +104,7 @@ struct LinuxStoreReviewTest : testing::Test {
     settle();
   }
   // Everything that is under way on the bus has arrived.
-  static void settle() { runFor(std::chrono::milliseconds(200)); }
+  static void settle() { runFor(std::chrono::milliseconds(600)); }
 };
 
 TEST_F(LinuxStoreReviewTest, ShowsOneNotificationWithTheActionRate) {
