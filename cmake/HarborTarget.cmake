@@ -42,3 +42,13 @@ function(harbor_library folder)
     harbor_publish_headers(${target} INTERFACE ${ARG_PREFIX})
   endif()
 endfunction()
+
+# harbor_system_sources(<folder> [LINUX <sources>] [APPLE <sources>]): what a folder's sources need of one system only.
+function(harbor_system_sources folder)
+  cmake_parse_arguments(ARG "" "" "LINUX;APPLE" ${ARGN})
+  if(APPLE)
+    target_sources(harbor_${folder} PRIVATE ${ARG_APPLE})
+  else()
+    target_sources(harbor_${folder} PRIVATE ${ARG_LINUX})
+  endif()
+endfunction()

@@ -1,4 +1,4 @@
-// An absolute path followed to the folder that it leads to, without a limit on its length.
+// An absolute path followed to the folder that it leads to, on Linux without a limit on its length.
 #pragma once
 
 #include <optional>
@@ -19,9 +19,9 @@ struct FolderPath {
   // Where the folder really is: no component is a link.
   std::vector<std::string> components;
 
-  // Follows the path one component after the other, through links, up to 40 of them. A link that is swapped
-  // in for a component after that was looked at ends the way. Nothing, with errno set, when the path does not
-  // lead to a folder.
+  // Follows the path through links. What is swapped in on the way while it is followed ends it or shows in
+  // the components: these always are those of the folder that was opened. Nothing, with errno set, when the
+  // path does not lead to a folder.
   static std::optional<FolderPath> resolve(std::string_view path);
 };
 

@@ -1,5 +1,5 @@
-// Reads the entries of an open folder in batches, so that the memory needed does not depend on how many there
-// are.
+// Reads the entries of an open folder in batches. Where the system hands them over in batches (Linux), the
+// memory needed does not depend on how many there are; elsewhere a batch is the whole folder.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +27,7 @@ class FolderReader {
   explicit FolderReader(Order order) : order_(order) {}
 
   // The next entries of the folder, "." and ".." left out, from at most `batch` bytes (kLargestBatch or less)
-  // of the folder's data.
+  // of the folder's data, or all of its entries at once.
   struct Result {
     std::span<const FolderEntry> entries;
     bool atEnd = false;  // nothing is left; also when the folder cannot be read on

@@ -191,6 +191,31 @@ TEST_F(HostileFolders, FilesThatAppearAndVanishMeanwhileDoNoHarm) {
   EXPECT_TRUE(snapshotOf(home + "/beside") == beside);
 }
 
+TEST_F(HostileFolders, AnotherFileSystemInsideStaysAndIsNoFailure) {
+  file("f/sub/beside", 20);
+  file("f/sub/mounted/hiddenBelow", 10);
+  const bool permitted = whereItMayMount([&] {
+    const std::string mounted = home + "/f/sub/mounted";
+    ASSERT_EQ(::mount("none", mounted.c_str(), "tmpfs", 0, nullptr), 0);
+    root.makeFile("homes/ada/f/sub/mounted/there/file", "12345");
+
+    EXPECT_TRUE(factsOfItem(AT_FDCWD, mounted.c_str())->isMountRoot);
+    EXPECT_FALSE(factsOfItem(AT_FDCWD, (mounted + "/there").c_str())->isMountRoot);
+    EXPECT_FALSE(factsOfItem(AT_FDCWD, (mounted + "/there/file").c_str())->isMountRoot);
+    EXPECT_EQ(measureFolder(home + "/f").items, 2u);  // sub, sub/beside
+    EXPECT_EQ(measureItem(AT_FDCWD, mounted.c_str()).items, 0u);
+    const auto outcome = removal.emptyFolder(home + "/f");
+    EXPECT_EQ(outcome.error, 0);
+    EXPECT_EQ(outcome.bytes, 20u);
+    EXPECT_EQ(outcome.items, 1u);
+    EXPECT_EQ(removal.removeItem(mounted).items, 0u);
+    EXPECT_TRUE(fs::exists(mounted + "/there/file"));
+    EXPECT_FALSE(fs::exists(home + "/f/sub/beside"));
+  });
+  ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
+  EXPECT_TRUE(fs::exists(home + "/f/sub/mounted/hiddenBelow"));
+}
+
 TEST_F(HostileFolders, WhatIsMountedInsideStaysAndIsNoFailure) {
   file("f/plain", 10);
   file("f/onTmpfs/hiddenBelow", 10);

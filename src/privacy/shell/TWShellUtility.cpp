@@ -14,6 +14,7 @@
 
 #include "base/FileDescriptor.h"
 #include "base/Utf8.h"
+#include "privacy/shell/Inheritance.h"
 
 extern char** environ;
 
@@ -111,16 +112,14 @@ TWShellUtility::Result TWShellUtility::run(const std::string& commandLine,
 }
 
 TWShellUtility::Result TWShellUtility::runIn(int folder, const std::string& commandLine) const {
-  int ends[2] = {-1, -1};
-  if (::pipe2(ends, O_CLOEXEC) != 0) return {std::nullopt, Failure::notStarted};
-  const FileDescriptor reading(ends[0]);
-  FileDescriptor writing(ends[1]);
+  auto pipe = makePipe();
+  if (!pipe) return {std::nullopt, Failure::notStarted};
 
   SpawnSettings settings;
   cleanSignals(settings.attributes);
   if (folder >= 0) ::posix_spawn_file_actions_addfchdir_np(&settings.actions, folder);
-  ::posix_spawn_file_actions_adddup2(&settings.actions, writing.get(), STDOUT_FILENO);
-  ::posix_spawn_file_actions_addclosefrom_np(&settings.actions, STDERR_FILENO + 1);
+  ::posix_spawn_file_actions_adddup2(&settings.actions, pipe->writing.get(), STDOUT_FILENO);
+  leaveStandardStreams(settings.actions, settings.attributes);
 
   std::vector<std::string> environment = environmentWith(commandsFolder_);
   std::vector<char*> environmentPointers;
@@ -136,8 +135,8 @@ TWShellUtility::Result TWShellUtility::runIn(int folder, const std::string& comm
   if (::posix_spawn(&process, shell.c_str(), &settings.actions, &settings.attributes, arguments,
                     environmentPointers.data()) != 0)
     return {std::nullopt, Failure::notStarted};
-  writing.reset();
-  std::string output = readToEnd(reading.get());
+  pipe->writing.reset();
+  std::string output = readToEnd(pipe->reading.get());
   reapLater(process);
   if (!isValidUtf8(output)) return {};
   return {std::move(output), Failure::none};
