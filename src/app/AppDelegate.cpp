@@ -136,7 +136,7 @@ UninstallerController::Options AppDelegate::uninstallerOptions() {
             return obtainUninstallerAccess(access, platform_.homeFolder());
           },
           [this](const std::string& path) {
-            return bundleInformationOf(path, cleanups_.diskUtility, platform_.applicationBundles);
+            return bundleInformationOf(path, platform_.applicationBundles, platform_.propertyLists);
           }};
 }
 

@@ -1,7 +1,5 @@
 #include "base/Utf8.h"
 
-#include <cstddef>
-
 namespace harbor {
 namespace {
 
@@ -27,16 +25,24 @@ Sequence sequenceAfter(unsigned char lead) {
 
 }  // namespace
 
+std::size_t lengthOfUtf8Character(std::string_view bytes) {
+  if (bytes.empty()) return 0;
+  const Sequence sequence = sequenceAfter(static_cast<unsigned char>(bytes[0]));
+  if (!sequence.isValid || bytes.size() <= sequence.following) return 0;
+  for (std::size_t k = 1; k <= sequence.following; ++k) {
+    const auto byte = static_cast<unsigned char>(bytes[k]);
+    const unsigned char lowest = k == 1 ? sequence.lowest : 0x80;
+    const unsigned char highest = k == 1 ? sequence.highest : 0xBF;
+    if (byte < lowest || byte > highest) return 0;
+  }
+  return 1 + sequence.following;
+}
+
 bool isValidUtf8(std::string_view bytes) {
-  for (std::size_t i = 0; i < bytes.size();) {
-    const Sequence sequence = sequenceAfter(static_cast<unsigned char>(bytes[i++]));
-    if (!sequence.isValid || bytes.size() - i < sequence.following) return false;
-    for (std::size_t k = 0; k < sequence.following; ++k, ++i) {
-      const auto byte = static_cast<unsigned char>(bytes[i]);
-      const unsigned char lowest = k == 0 ? sequence.lowest : 0x80;
-      const unsigned char highest = k == 0 ? sequence.highest : 0xBF;
-      if (byte < lowest || byte > highest) return false;
-    }
+  while (!bytes.empty()) {
+    const std::size_t length = lengthOfUtf8Character(bytes);
+    if (length == 0) return false;
+    bytes.remove_prefix(length);
   }
   return true;
 }

@@ -3,35 +3,13 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <cerrno>
-
 #include "base/FileUrl.h"
 #include "disk/FolderMeasure.h"
+#include "disk/InfoPlist.h"
 #include "disk/ItemFacts.h"
 
 namespace harbor {
 namespace {
-
-// An Info.plist is some kilobytes; a file beyond this is something else.
-constexpr off_t kLargestInfoFile = off_t{16} * 1024 * 1024;
-
-std::optional<Data> readRegularFile(const std::string& path) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat status {};
-  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  if (status.st_size > kLargestInfoFile) return std::nullopt;
-  Data bytes(static_cast<std::size_t>(status.st_size));
-  std::size_t filled = 0;
-  while (filled < bytes.size()) {
-    const ssize_t count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
-    if (count == 0) break;
-    filled += static_cast<std::size_t>(count);
-  }
-  bytes.resize(filled);
-  return bytes;
-}
 
 bool isFolder(const std::string& path) {
   struct stat status {};
@@ -111,15 +89,7 @@ std::optional<std::string> TWDiskUtility::executableOfBundle(const std::string& 
 
 std::optional<std::string> TWDiskUtility::informationOfBundle(const std::string& path,
                                                               const char* key) const {
-  auto information = bundles_.ownInformation(path);
-  if (!information) {
-    const auto bytes = readRegularFile(path + "/Contents/Info.plist");
-    if (bytes) information = propertyLists_.decode(*bytes);
-  }
-  if (!information) return std::nullopt;
-  const PropertyList* value = information->find(key);
-  if (!value || !value->as<std::string>()) return std::nullopt;
-  return *value->as<std::string>();
+  return textOfInformation(harbor::informationOfBundle(path, bundles_, propertyLists_), key);
 }
 
 }  // namespace harbor

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "disk/InfoPlist.h"
+
 namespace harbor {
 namespace {
 
@@ -71,11 +73,13 @@ std::size_t cutIndex(const std::vector<std::string>& components, const std::vect
 
 }  // namespace
 
-BundleInformation bundleInformationOf(const std::string& path, const TWDiskUtility& diskUtility,
-                                      const ApplicationBundles& bundles) {
-  return {diskUtility.displayNameOfBundle(path), diskUtility.nameOfBundle(path),
-          diskUtility.executableOfBundle(path), bundles.localizedDisplayName(path),
-          diskUtility.identifierOfBundle(path)};
+BundleInformation bundleInformationOf(const std::string& path, const ApplicationBundles& bundles,
+                                      const PropertyListCoder& propertyLists) {
+  const auto information = informationOfBundle(path, bundles, propertyLists);
+  return {textOfInformation(information, "CFBundleDisplayName"),
+          textOfInformation(information, "CFBundleName"),
+          textOfInformation(information, "CFBundleExecutable"), bundles.localizedDisplayName(path),
+          textOfInformation(information, "CFBundleIdentifier")};
 }
 
 ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const Text& text) {

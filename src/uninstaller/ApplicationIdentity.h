@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "disk/TWDiskUtility.h"
 #include "platform/ApplicationBundles.h"
+#include "platform/PropertyListCoder.h"
 #include "platform/Text.h"
 
 namespace harbor {
@@ -32,8 +32,8 @@ struct ApplicationIdentity {
 };
 
 // Reads it from the bundle, or from what stands for one on the platform.
-BundleInformation bundleInformationOf(const std::string& path, const TWDiskUtility& diskUtility,
-                                      const ApplicationBundles& bundles);
+BundleInformation bundleInformationOf(const std::string& path, const ApplicationBundles& bundles,
+                                      const PropertyListCoder& propertyLists);
 
 ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const Text& text);
 

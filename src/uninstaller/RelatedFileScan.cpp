@@ -14,15 +14,15 @@ namespace {
 // A table that is told of every single item does nothing else; one that waits long looks dead.
 constexpr std::chrono::milliseconds kDeliveryInterval{40};
 
-std::uint64_t sizeOf(const std::string& path) {
+}  // namespace
+
+std::uint64_t sizeOfRelatedFile(const std::string& path) {
   struct stat status;
   if (::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
     return static_cast<std::uint64_t>(TWDiskUtility::sizeOfFolder(path));
   }
   return TWDiskUtility::sizeOfItem(path);
 }
-
-}  // namespace
 
 RelatedFileScan::RelatedFileScan(RunLoop& runLoop, const Text& text, ScanRequest request,
                                  std::function<void(std::vector<ScannedItem>)> found,
@@ -58,7 +58,7 @@ void RelatedFileScan::run(RunLoop& runLoop, const Text& text, const ScanRequest&
   bool isFirst = true;
   for (FileUrl& url : search.findRelatedFiles(request.bundlePath, request.bundle)) {
     if (!isOpen()) return;
-    const std::uint64_t size = sizeOf(url.path);
+    const std::uint64_t size = sizeOfRelatedFile(url.path);
     auto caution = isFirst ? std::nullopt : cautions.cautionFor(url);
     isFirst = false;
     batch.push_back({{std::move(url), size, false}, std::move(caution)});

@@ -29,6 +29,10 @@ struct ScanRequest {
   std::vector<std::string> documentFolders;
 };
 
+// The bytes of an item as a review counts them: a folder with everything below it, anything else by itself, a
+// link as the link; 0 for what is gone.
+std::uint64_t sizeOfRelatedFile(const std::string& path);
+
 class RelatedFileScan {
  public:
   // Starts at once. `found` is called with the items in search order, a few or many at a time; `finished`

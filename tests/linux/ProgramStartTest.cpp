@@ -6,7 +6,11 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -43,6 +47,12 @@ class ProgramStart : public testing::Test {
             program.readAllStandardError().toStdString()};
   }
 
+  void writeFile(const QString& name, const QByteArray& contents) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(contents);
+  }
+
   QApplication& application = offscreenApplication();
   QTemporaryDir folder;
   QProcessEnvironment environment;
@@ -63,6 +73,72 @@ TEST_F(ProgramStart, RefusesWhatItDoesNotKnowWithStatus2) {
     EXPECT_EQ(ended.status, 2);
     EXPECT_NE(ended.errors.find(argument), std::string::npos);
   }
+}
+
+TEST_F(ProgramStart, ListsRelatedFilesWithoutADisplay) {
+  QDir home(folder.path());
+  ASSERT_TRUE(home.mkpath("Harbor Test Sketchbook.app/Contents"));
+  ASSERT_TRUE(home.mkpath("share/applications"));
+  writeFile("Harbor Test Sketchbook.app/Contents/Info.plist",
+            "<plist version=\"1.0\"><dict><key>CFBundleName</key><string>Harbor Test "
+            "Sketchbook</string></dict></plist>");
+  writeFile(
+      "share/applications/org.example.HarborTestSketchbook.desktop",
+      "[Desktop Entry]\nType=Application\nName=Harbor Test Sketchbook\nExec=sketchbook\nNoDisplay=true\n");
+  environment.insert("XDG_DATA_HOME", folder.filePath("share"));
+  for (const char* const name :
+       {"Harbor Test Sketchbook.app", "share/applications/org.example.HarborTestSketchbook.desktop"}) {
+    const Ended ended = start({"--related", folder.filePath(name), "--json"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    const QJsonArray items = QJsonDocument::fromJson(QByteArray::fromStdString(ended.output)).array();
+    ASSERT_FALSE(items.isEmpty()) << ended.output;
+    EXPECT_EQ(items[0]["path"].toString(), folder.filePath(name));
+    EXPECT_EQ(items[0]["isFolder"].toBool(), QFileInfo(folder.filePath(name)).isDir());
+    EXPECT_GT(items[0]["bytes"].toInt(), 0);
+    const Ended table = start({"--related", folder.filePath(name)});
+    EXPECT_EQ(table.status, 0) << table.errors;
+    EXPECT_NE(table.output.find(folder.filePath(name).toStdString()), std::string::npos);
+  }
+}
+
+TEST_F(ProgramStart, SaysThatAPathIsNoApplication) {
+  writeFile("notes\n.txt", "text");
+  writeFile("broken.desktop", "no entry at all");
+  writeFile("file.app", "no folder");
+  for (const char* const name : {"missing.app", "notes\n.txt", "broken.desktop", "file.app", ""}) {
+    const Ended ended = start({"--related", folder.filePath(name)});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.output, "");
+    const QString shown = folder.filePath(name).replace("\n", "\\u000a");
+    EXPECT_EQ(ended.errors, "harbor-tray: there is no \".app\" folder or desktop entry at \"" +
+                                shown.toStdString() + "\"\n");
+  }
+}
+
+TEST_F(ProgramStart, RefusesACommandThatIsIncompleteOrHasTooMuch) {
+  const std::pair<QStringList, std::string> rows[] = {
+      {{"--related"}, "--related needs the path of an application"},
+      {{"--related", "a.app", "b.app"}, "unknown argument \"b.app\""},
+      {{"--related", "a.app", "--json", "more"}, "unknown argument \"more\""},
+      {{"--measure", "a.app"}, "unknown argument \"a.app\""},
+      {{"--measure", "--json", "more"}, "unknown argument \"more\""},
+      {{"--json"}, "unknown argument \"--json\""},
+  };
+  for (const auto& [arguments, message] : rows) {
+    const Ended ended = start(arguments);
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_EQ(ended.errors, "harbor-tray: " + message + "; see harbor-tray --help\n");
+  }
+}
+
+TEST_F(ProgramStart, SaysThatItsAnswerCouldNotBeWritten) {
+  QProcess program;
+  program.setProcessEnvironment(environment);
+  program.setStandardOutputFile("/dev/full");
+  program.start(HARBOR_TRAY_PROGRAM, {"--version"});
+  EXPECT_TRUE(program.waitForFinished(5000));
+  EXPECT_EQ(program.exitCode(), 1);
+  EXPECT_NE(program.readAllStandardError(), "");
 }
 
 TEST_F(ProgramStart, SaysThatThereIsNoDisplay) {

@@ -6,8 +6,10 @@
 #include <QIcon>
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "app/AppDelegate.h"
 #include "app/Links.h"
@@ -45,20 +47,31 @@
 #include "platform/linux/XDesktop.h"
 #include "platform/linux/XcbConnection.h"
 #include "platform/plist/LibplistCoder.h"
+#include "uninstaller/RelatedFileReport.h"
 
 namespace harbor {
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: harbor-tray [--help | --version | --measure [--json]]\n"
+    "Usage: harbor-tray [--help | --version | --measure [--json] | --related PATH [--json]]\n"
     "\n"
     "Harbor Tray lives in the tray of the panel: click its icon for the menu.\n"
     "Where it runs already, another start opens its menu and ends.\n"
     "\n"
-    "  -h, --help     show this text\n"
-    "  -v, --version  show the version\n"
-    "  --measure      show what each cleanup of \"Free Disk Space\" would remove; changes nothing\n"
-    "  --json         with --measure: the same for another program to read\n";
+    "  -h, --help      show this text\n"
+    "  -v, --version   show the version\n"
+    "  --measure       show what each cleanup of \"Free Disk Space\" would remove; changes nothing\n"
+    "  --related PATH  show the files that belong to an application, an \".app\" folder or a desktop entry, "
+    "as the\n"
+    "                  uninstaller finds them; changes nothing\n"
+    "  --json          behind either: the same for another program to read\n";
+
+// The status of a command that has printed its answer.
+int print(const std::string& answer) {
+  if (std::fputs(answer.c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return 0;
+  std::perror("harbor-tray");
+  return 1;
+}
 
 // Needs no display.
 int measureCleanups(ReportFormat format, int argc, char** argv) {
@@ -70,30 +83,58 @@ int measureCleanups(ReportFormat format, int argc, char** argv) {
     return 1;
   }
   const LinuxFileManager fileManager(XdgEnvironment::fromProcess(), home, runLoop);
-  std::fputs(cleanupReport(home, externalVolumesOf(fileManager), format).c_str(), stdout);
-  return 0;
+  return print(cleanupReport(home, externalVolumesOf(fileManager), format));
+}
+
+// The path without "." and ".." in it, symbolic links kept where that leads to the same item.
+std::string absolutePath(const char* given) {
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(given, error).lexically_normal();
+  if (error || std::filesystem::equivalent(given, absolute, error))
+    return FileUrl::fromPath(absolute.string()).path;
+  return std::filesystem::canonical(given, error).string();
+}
+
+// Needs no display.
+int listRelatedFiles(const char* given, ReportFormat format) {
+  const std::string path = absolutePath(given);
+  const DesktopEntries entries(XdgEnvironment::fromProcess());
+  const IcuText text;
+  const LinuxApplicationBundles bundles(entries, text);
+  if (!hasRelatedFiles(path, bundles)) {
+    std::fprintf(stderr, "harbor-tray: there is no \".app\" folder or desktop entry at %s\n",
+                 quotedForJson(given).c_str());
+    return 1;
+  }
+  const RelatedFileSearch search{text, homeFolderOfUserDatabase(), {}, {}};
+  return print(relatedFileReport(search, path, bundleInformationOf(path, bundles, LibplistCoder()), format));
+}
+
+int refuse(std::string_view argument) {
+  std::fprintf(stderr, "harbor-tray: unknown argument \"%s\"; see harbor-tray --help\n", argument.data());
+  return 2;
 }
 
 // What the command line alone decides: the exit status, or nothing when the program is to run.
 std::optional<int> answerCommandLine(int argc, char** argv) {
-  for (int index = 1; index < argc; ++index) {
-    const std::string_view argument = argv[index];
-    if (argument == "--help" || argument == "-h") {
-      std::fputs(kUsage, stdout);
-      return 0;
-    }
-    if (argument == "--version" || argument == "-v") {
-      std::puts("Harbor Tray " HARBOR_VERSION);
-      return 0;
-    }
-    const bool wantsJson =
-        argument == "--measure" && argc > index + 1 && argv[index + 1] == std::string_view("--json");
-    if (argument == "--measure" && argc == index + (wantsJson ? 2 : 1))
-      return measureCleanups(wantsJson ? ReportFormat::json : ReportFormat::table, argc, argv);
-    std::fprintf(stderr, "harbor-tray: unknown argument \"%s\"; see harbor-tray --help\n", argv[index]);
+  const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+  if (arguments.empty()) return std::nullopt;
+  const std::string_view command = arguments[0];
+  if (command == "--help" || command == "-h") return print(kUsage);
+  if (command == "--version" || command == "-v") return print("Harbor Tray " HARBOR_VERSION "\n");
+  const bool isRelated = command == "--related";
+  if (!isRelated && command != "--measure") return refuse(command);
+
+  std::size_t end = isRelated ? 2 : 1;
+  if (arguments.size() < end) {
+    std::fputs("harbor-tray: --related needs the path of an application; see harbor-tray --help\n", stderr);
     return 2;
   }
-  return std::nullopt;
+  const bool wantsJson = arguments.size() > end && arguments[end] == "--json";
+  if (wantsJson) ++end;
+  if (arguments.size() > end) return refuse(arguments[end]);
+  const ReportFormat format = wantsJson ? ReportFormat::json : ReportFormat::table;
+  return isRelated ? listRelatedFiles(argv[2], format) : measureCleanups(format, argc, argv);
 }
 
 // Where the program's own small commands lie: beside it where it was built, else where it was installed.
