@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QScreen>
 
 #include "OffscreenApplication.h"
 #include "platform/MenuSection.h"
+#include "platform/linux/MenuStyle.h"
 
 namespace harbor {
 namespace {
@@ -24,6 +26,21 @@ class MenuRendering : public testing::Test {
 
 TEST_F(MenuRendering, KeepsAmpersandsAndUnderscoresInWhatItDraws) {
   EXPECT_EQ(menuLabel("Tom & Jerry & Co_1", MenuLabels::drawn), "Tom && Jerry && Co_1");
+}
+
+TEST_F(MenuRendering, ScrollsWhatIsTallerThanTheScreen) {
+  MenuStyle style(QApplication::style()->name());
+  QStyle* const before = target.style();
+  Menu menu;
+  for (int number = 0; number < 1000; ++number)
+    menu.push_back(menuItem("Entry", action));
+  render(menu);
+  target.setStyle(&style);
+  target.popup({0, 0});
+  EXPECT_LT(target.width(), 200);
+  EXPECT_LE(target.height(), target.screen()->availableGeometry().height());
+  target.hide();
+  target.setStyle(before);
 }
 
 struct ExportedLabel {

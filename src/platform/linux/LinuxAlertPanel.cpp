@@ -1,11 +1,13 @@
 #include "platform/linux/LinuxAlertPanel.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpacerItem>
+#include <QStyle>
 #include <algorithm>
 #include <vector>
 
@@ -27,7 +29,9 @@ QMessageBox::ButtonRole roleOfButton(std::size_t index, std::size_t count) {
 AlertResult LinuxAlertPanel::run(const Alert& alert) {
   QMessageBox box;
   box.setWindowTitle(QString::fromLatin1(kApplicationName));
-  box.setIcon(QMessageBox::Warning);
+  // As on the Mac, where a warning bears the application's icon: most alerts ask or tell, they do not warn.
+  const int iconSize = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+  box.setIconPixmap(QApplication::windowIcon().pixmap(QSize(iconSize, iconSize), box.devicePixelRatio()));
   box.setText(withoutControls(alert.title));
   box.setInformativeText(QString::fromStdString(alert.text));
   // The second label has no setter of its own and would take mark-up.

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QIcon>
+#include <QStyle>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -39,6 +40,7 @@
 #include "platform/linux/LinuxSettingsStore.h"
 #include "platform/linux/LinuxStoreReview.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/MenuStyle.h"
 #include "platform/linux/ModalWindows.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/TerminationSignals.h"
@@ -244,6 +246,7 @@ int run(char* program) {
   QApplication::setApplicationName(QString::fromLatin1(kApplicationName));
   QApplication::setDesktopFileName(QString::fromLatin1(kApplicationIdentifier));
   QApplication application(argumentCount, arguments.data());
+  QApplication::setStyle(new MenuStyle(QApplication::style()->name()));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/harbor-tray.png")));
   // Programs that are started from here make their own choice.
   if (!hasGlChoice) qunsetenv("QT_XCB_GL_INTEGRATION");
