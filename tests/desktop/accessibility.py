@@ -99,13 +99,22 @@ class Accessibility:
     def popup_with(self, text):
         """The newest menu on the screen that has an item with this text. Menus stand outside the tree: they are known from
         the event of their appearance."""
-        context = GLib.MainContext.default()
-        while context.pending():
-            context.iteration(False)
+        self._receive_events()
         for node in reversed(self.shown):
             if any(child.text() == text for child in node.children()):
                 return node
         return None
+
+    def forget_popups(self):
+        """To be called when all menus are closed: one that goes with the menu above it does not say so itself."""
+        self._receive_events()
+        self.shown.clear()
+
+    @staticmethod
+    def _receive_events():
+        context = GLib.MainContext.default()
+        while context.pending():
+            context.iteration(False)
 
     def _state_changed(self, what, shown, *_, sender=None, path=None):
         if what == "showing":

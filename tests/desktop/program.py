@@ -167,11 +167,21 @@ class HarborTray:
             return False
 
         wait_for("the menu to close", closed)
+        self.accessibility.forget_popups()
 
     def move_to_shown_entry(self, *labels):
         """Goes with the mouse through the open menu to an entry and returns where it is."""
+        place = None
+
+        def menu_with(text):
+            # A menu that has just opened does not take every first motion for one.
+            if place:
+                self.desktop.screen.move_pointer(place[0] - 1, place[1])
+                self.desktop.screen.move_pointer(*place)
+            return self.accessibility.popup_with(text)
+
         for label in labels:
-            menu = wait_for(f"a menu with {label!r}", lambda text=label: self.accessibility.popup_with(text))
+            menu = wait_for(f"a menu with {label!r}", lambda text=label: menu_with(text))
             node = next(child for child in menu.children() if child.text() == label)
             place = center(wait_for(f"the place of {label!r}", lambda entry=node: entry.place()))
             self.desktop.screen.move_pointer(*place)

@@ -41,7 +41,7 @@ class Menu(DesktopCase):
 
     def test_shows_the_same_entries_in_the_panel_with_the_right_button(self):
         self.screen.click(*center(self.icon), 3)
-        shown = wait_for("the panel's menu", lambda: self.tray.accessibility.popup_with("Clipboard"))
+        shown = wait_for("the panel's menu", lambda: self.tray.accessibility.popup_with("Quit"))
         texts = [child.text() for child in shown.children()]
         self.assertEqual(
             [text for text in texts if text], [label for label in self.tray.menu().labels() if label not in ("", "-")]
