@@ -36,6 +36,12 @@ TEST(DisplayText, ShowsMarkUpInToolTipsAsText) {
   EXPECT_EQ(toolTipText("a < b & c"), "a < b & c");
 }
 
+TEST(DisplayText, LeavesNoNameReadBackwards) {
+  EXPECT_EQ(withoutControls("report\u202egnp.exe"), "report gnp.exe");
+  EXPECT_EQ(withoutControls("\u2067a\u2069 \u05e9\u05dc\u05d5\u05dd"),
+            QString::fromUtf8(" a  \u05e9\u05dc\u05d5\u05dd"));
+}
+
 TEST(DisplayText, TurnsBytesThatAreNoTextIntoReplacementCharacters) {
   EXPECT_EQ(withoutControls("a\xff\nb"), QString("a") + QChar(0xfffd) + " b");
 }

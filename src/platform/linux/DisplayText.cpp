@@ -9,9 +9,15 @@ namespace {
 constexpr int kToolTipCharacters = 1000;
 constexpr int kToolTipColumns = 100;
 
+// What turns the direction of the text around it: in the name of a file it makes "gnp.exe" read as "exe.png".
+bool turnsDirection(QChar character) {
+  return (character >= QChar(0x202a) && character <= QChar(0x202e)) ||
+         (character >= QChar(0x2066) && character <= QChar(0x2069));
+}
+
 bool isControl(QChar character) {
   return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
-         character == QChar::ParagraphSeparator;
+         character == QChar::ParagraphSeparator || turnsDirection(character);
 }
 
 // Breaks lines that are too long, after white space where there is some.

@@ -7,7 +7,8 @@
 
 namespace harbor {
 
-// One line: control characters (line breaks and tabs among them) become spaces. Bytes that are no UTF-8
+// One line: control characters (line breaks and tabs among them) and what would turn the direction of the
+// text around it become spaces. Bytes that are no UTF-8
 // become replacement characters.
 QString withoutControls(const std::string& text);
 

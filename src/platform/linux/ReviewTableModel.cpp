@@ -15,6 +15,11 @@ std::string folderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+Qt::Alignment alignmentOf(int column) {
+  const auto side = column == ReviewTableModel::sizeColumn ? Qt::AlignRight : Qt::AlignLeft;
+  return side | Qt::AlignVCenter;
+}
+
 }  // namespace
 
 ReviewTableModel::ReviewTableModel(QObject* parent)
@@ -77,6 +82,20 @@ QVariant ReviewTableModel::toolTip(const ReviewRow& row, int column) const {
   return toolTipText(row.filePath->path);
 }
 
+QVariant ReviewTableModel::accessibleText(const ReviewRow& row, int column) const {
+  const QString name = text(row, nameColumn).toString();
+  switch (column) {
+    case checkColumn:
+      return tr("Select %1").arg(name);
+    case revealColumn:
+      return tr("Reveal %1").arg(name);
+    case quickLookColumn:
+      return tr("Preview %1").arg(name);
+    default:
+      return text(row, column);
+  }
+}
+
 QVariant ReviewTableModel::sortKey(const ReviewRow& row, int column) const {
   if (column == checkColumn) return row.isSelected;
   if (column == sizeColumn) return static_cast<qulonglong>(row.fileSize);
@@ -99,11 +118,9 @@ QVariant ReviewTableModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return toolTip(item, column);
     case Qt::TextAlignmentRole:
-      if (column == sizeColumn) return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
-      return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+      return QVariant::fromValue(alignmentOf(column));
     case Qt::AccessibleTextRole:
-      return column == checkColumn ? tr("Select %1").arg(text(item, nameColumn).toString())
-                                   : text(item, column);
+      return accessibleText(item, column);
     case Qt::AccessibleDescriptionRole:
       return item.caution ? QVariant(QString::fromStdString(*item.caution)) : QVariant();
     case sortRole:
@@ -124,7 +141,11 @@ bool ReviewTableModel::setData(const QModelIndex& index, const QVariant& value, 
 }
 
 QVariant ReviewTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  if (orientation != Qt::Horizontal) return {};
+  if (role == Qt::TextAlignmentRole) return QVariant::fromValue(alignmentOf(section));
+  // The buttons' columns need no head: each button says what it does.
+  const bool isButton = section == revealColumn || section == quickLookColumn;
+  if (role != Qt::AccessibleTextRole && (role != Qt::DisplayRole || isButton)) return {};
   switch (section) {
     case checkColumn:
       return tr("Delete");
@@ -134,6 +155,10 @@ QVariant ReviewTableModel::headerData(int section, Qt::Orientation orientation, 
       return tr("Folder");
     case sizeColumn:
       return tr("Size");
+    case revealColumn:
+      return tr("Reveal");
+    case quickLookColumn:
+      return tr("Preview");
     default:
       return {};
   }

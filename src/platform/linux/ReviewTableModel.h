@@ -44,6 +44,7 @@ class ReviewTableModel : public QAbstractTableModel {
  private:
   QVariant text(const ReviewRow& row, int column) const;
   QVariant toolTip(const ReviewRow& row, int column) const;
+  QVariant accessibleText(const ReviewRow& row, int column) const;
   QVariant sortKey(const ReviewRow& row, int column) const;
 
   std::vector<ReviewRow> rows_;

@@ -7,13 +7,11 @@
 #include "platform/ReviewWindow.h"
 
 class QLabel;
-class QProgressBar;
 class QPushButton;
-class QSortFilterProxyModel;
-class QTableView;
 
 namespace harbor {
 
+class ReviewTable;
 class ReviewTableModel;
 
 class ReviewWidget : public QWidget {
@@ -34,21 +32,16 @@ class ReviewWidget : public QWidget {
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void makeTable();
   void makeSpinner();
   void placeSpinner();
-  // The user pressed Return on a cell, or clicked one that is a button.
-  void pressed(const QModelIndex& proxyIndex);
-  // Space ticks or clears all selected rows.
-  void toggleSelectedRows();
+  // Calls the handler of that row's button once the table has returned from the event.
+  void report(std::function<void(std::size_t row)> ReviewWindowEvents::*handler, int row);
 
   ReviewWindowEvents events_;
   ReviewTableModel* model_;
-  QSortFilterProxyModel* sorted_;
-  QTableView* table_;
+  ReviewTable* table_;
   QWidget* spinner_;
   QLabel* spinnerMessage_;
   QLabel* summary_;

@@ -1,0 +1,232 @@
+#include "platform/linux/ReviewTable.h"
+
+#include <QActionGroup>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QSortFilterProxyModel>
+#include <QStyledItemDelegate>
+#include <array>
+#include <utility>
+
+#include "platform/linux/AccessibleReviewTable.h"
+#include "platform/linux/ReviewTableModel.h"
+
+namespace harbor {
+namespace {
+
+constexpr std::array kSortedColumns{ReviewTableModel::checkColumn, ReviewTableModel::nameColumn,
+                                    ReviewTableModel::folderColumn, ReviewTableModel::sizeColumn};
+
+bool isButtonColumn(int column) {
+  return column == ReviewTableModel::revealColumn || column == ReviewTableModel::quickLookColumn;
+}
+
+// The keyboard's place is a frame around the whole cell, beside whatever is in it.
+class CellDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem cell = option;
+    cell.state &= ~QStyle::State_HasFocus;
+    QStyledItemDelegate::paint(painter, cell, index);
+    paintFocus(painter, option);
+  }
+
+ protected:
+  static void paintFocus(QPainter* painter, const QStyleOptionViewItem& option) {
+    if (!(option.state & QStyle::State_HasFocus)) return;
+    const bool isSelected = option.state & QStyle::State_Selected;
+    painter->save();
+    painter->setPen(option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Highlight));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5));
+    painter->restore();
+  }
+};
+
+// Draws a cell as a push button.
+class ButtonDelegate : public CellDelegate {
+ public:
+  using CellDelegate::CellDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QString text = std::exchange(cell.text, QString());
+    cell.state &= ~QStyle::State_HasFocus;
+    QStyle* const style = cell.widget->style();
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    if (!text.isEmpty()) {
+      QStyleOptionButton button;
+      button.rect = option.rect.adjusted(3, 2, -3, -2);
+      button.text = text;
+      button.palette = option.palette;
+      button.direction = option.direction;
+      button.fontMetrics = option.fontMetrics;
+      button.state =
+          (option.state & (QStyle::State_Enabled | QStyle::State_MouseOver)) | QStyle::State_Raised;
+      style->drawControl(QStyle::CE_PushButton, &button, painter, cell.widget);
+    }
+    paintFocus(painter, option);
+  }
+};
+
+}  // namespace
+
+ReviewTable::ReviewTable(ReviewTableModel& model, QWidget* parent)
+    : QTableView(parent), model_(model), sorted_(new QSortFilterProxyModel(this)) {
+  AccessibleReviewTable::install();
+  sorted_->setSourceModel(&model_);
+  sorted_->setSortRole(ReviewTableModel::sortRole);
+  // A row must not move away under the pointer because its box was ticked; rows that arrive are sorted in.
+  sorted_->setDynamicSortFilter(false);
+  connect(sorted_, &QAbstractItemModel::rowsInserted, this, [this] {
+    if (const int column = horizontalHeader()->sortIndicatorSection(); column >= 0)
+      sorted_->sort(column, horizontalHeader()->sortIndicatorOrder());
+  });
+  setModel(sorted_);
+  setAccessibleName(tr("Related files"));
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setAlternatingRowColors(true);
+  setShowGrid(false);
+  setWordWrap(false);
+  setTextElideMode(Qt::ElideMiddle);
+  setTabKeyNavigation(false);
+  setMouseTracking(true);
+  setItemDelegate(new CellDelegate(this));
+  setItemDelegateForColumn(ReviewTableModel::revealColumn, new ButtonDelegate(this));
+  setItemDelegateForColumn(ReviewTableModel::quickLookColumn, new ButtonDelegate(this));
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 14);
+  makeHeader();
+
+  connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
+    // A click on a box alone would leave the keyboard on another row, which Space would then tick.
+    if (index.column() == ReviewTableModel::checkColumn) setCurrentIndex(index);
+    if (isButtonColumn(index.column())) press(index);
+  });
+}
+
+void ReviewTable::makeHeader() {
+  // Search order until the user asks for another.
+  setSortingEnabled(true);
+  QHeaderView* const header = horizontalHeader();
+  header->setSortIndicatorClearable(true);
+  header->setSortIndicator(-1, Qt::AscendingOrder);
+  sorted_->sort(-1);
+  connect(header, &QHeaderView::sortIndicatorChanged, this, [header](int column) {
+    if (isButtonColumn(column)) header->setSortIndicator(-1, Qt::AscendingOrder);
+  });
+  header->setHighlightSections(false);
+  header->setSectionResizeMode(QHeaderView::Interactive);
+  header->setSectionResizeMode(ReviewTableModel::folderColumn, QHeaderView::Stretch);
+  const int unit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+  header->resizeSection(ReviewTableModel::checkColumn, unit * 9);
+  header->resizeSection(ReviewTableModel::nameColumn, unit * 36);
+  header->resizeSection(ReviewTableModel::sizeColumn, unit * 12);
+  header->resizeSection(ReviewTableModel::revealColumn, unit * 11);
+  header->resizeSection(ReviewTableModel::quickLookColumn, unit * 11);
+  header->setMinimumSectionSize(unit * 5);
+}
+
+bool ReviewTable::isEnabled(const QModelIndex& index) const {
+  return index.isValid() && (sorted_->flags(index) & Qt::ItemIsEnabled);
+}
+
+void ReviewTable::press(const QModelIndex& index) {
+  if (!isEnabled(index)) return;
+  const int row = sorted_->mapToSource(index).row();
+  if (index.column() == ReviewTableModel::revealColumn) {
+    emit revealClicked(row);
+  } else {
+    emit quickLookClicked(row);
+  }
+}
+
+void ReviewTable::toggle(const QModelIndex& index) {
+  const QModelIndex row = sorted_->mapToSource(index);
+  if (!row.isValid()) return;
+  const Qt::CheckState state = model_.row(row.row()).isSelected ? Qt::Unchecked : Qt::Checked;
+  model_.setData(row.siblingAtColumn(ReviewTableModel::checkColumn), state, Qt::CheckStateRole);
+}
+
+void ReviewTable::toggleSelectedRows() {
+  const QModelIndex current = sorted_->mapToSource(currentIndex());
+  if (!current.isValid()) return;
+  const Qt::CheckState state = model_.row(current.row()).isSelected ? Qt::Unchecked : Qt::Checked;
+  for (const QModelIndex& selected : selectionModel()->selectedRows(ReviewTableModel::checkColumn)) {
+    model_.setData(sorted_->mapToSource(selected), state, Qt::CheckStateRole);
+  }
+}
+
+void ReviewTable::sortFurther(int column) {
+  QHeaderView* const header = horizontalHeader();
+  if (header->sortIndicatorSection() != column) {
+    header->setSortIndicator(column, Qt::AscendingOrder);
+  } else if (header->sortIndicatorOrder() == Qt::AscendingOrder) {
+    header->setSortIndicator(column, Qt::DescendingOrder);
+  } else {
+    header->setSortIndicator(-1, Qt::AscendingOrder);
+  }
+}
+
+void ReviewTable::keyPressEvent(QKeyEvent* event) {
+  const QModelIndex current = currentIndex();
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool isSpace = event->key() == Qt::Key_Space;
+  if (current.isValid() && (isReturn || (isSpace && isButtonColumn(current.column())))) {
+    press(current);
+  } else if (isSpace) {
+    toggleSelectedRows();
+  } else {
+    QTableView::keyPressEvent(event);
+  }
+}
+
+void ReviewTable::contextMenuEvent(QContextMenuEvent* event) {
+  const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+  const QModelIndex index = isByKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto add = [&](const QString& text, int column) {
+    QAction* const action = menu->addAction(text);
+    action->setEnabled(isEnabled(index));
+    const QPersistentModelIndex cell = index.siblingAtColumn(column);
+    connect(action, &QAction::triggered, this, [this, cell] { press(cell); });
+  };
+  add(tr("Reveal"), ReviewTableModel::revealColumn);
+  add(tr("Preview"), ReviewTableModel::quickLookColumn);
+  menu->addSeparator();
+  addSorting(*menu->addMenu(tr("Sort By")));
+  menu->popup(isByKey && index.isValid() ? viewport()->mapToGlobal(visualRect(index).bottomLeft())
+                                         : event->globalPos());
+}
+
+void ReviewTable::addSorting(QMenu& menu) {
+  QHeaderView* const header = horizontalHeader();
+  auto* const order = new QActionGroup(&menu);
+  const auto add = [&](const QString& text, int column, Qt::SortOrder direction) {
+    QAction* const action = order->addAction(text);
+    action->setCheckable(true);
+    action->setChecked(header->sortIndicatorSection() == column &&
+                       (column < 0 || header->sortIndicatorOrder() == direction));
+    menu.addAction(action);
+    connect(action, &QAction::triggered, this,
+            [header, column, direction] { header->setSortIndicator(column, direction); });
+  };
+  add(tr("Search Order"), -1, Qt::AscendingOrder);
+  for (const int column : kSortedColumns) {
+    const QString title = model_.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    add(tr("%1, Ascending").arg(title), column, Qt::AscendingOrder);
+    add(tr("%1, Descending").arg(title), column, Qt::DescendingOrder);
+  }
+}
+
+}  // namespace harbor
