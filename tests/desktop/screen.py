@@ -191,10 +191,13 @@ class Screen:
         xtest.fake_input(self.display, X.ButtonRelease, button)
         self.display.sync()
 
-    def press_key(self, name):
-        code = self.display.keysym_to_keycode(XK.string_to_keysym(name))
-        xtest.fake_input(self.display, X.KeyPress, code)
-        xtest.fake_input(self.display, X.KeyRelease, code)
+    def press_key(self, name, *held):
+        """Presses and releases a key while others are held down."""
+        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(key)) for key in (*held, name)]
+        for code in codes:
+            xtest.fake_input(self.display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.display, X.KeyRelease, code)
         self.display.sync()
 
     def pointer(self):

@@ -1,128 +1,13 @@
 """The uninstaller from the menu to the Trash, and back from the history."""
 
 import os
-import subprocess
-import plistlib
 import unittest
 from pathlib import Path
 from urllib.parse import unquote
 
-from case import QUIET, DesktopCase
+from reviewing import FILES_LEFT, HISTORY, UninstallerCase
 from screen import center
 from waiting import wait_for
-
-IDENTIFIER = "org.example.Sketchbook"
-UNINSTALL = ("Uninstall Applications", "Sketchbook", "Uninstall")
-HISTORY = ("Uninstall Applications", "Uninstallation History")
-FILES_LEFT = "Please review each file before deleting. Files already deleted have been disabled."
-STATE_ENABLED = 8
-ENTRY = """[Desktop Entry]
-Type=Application
-Name=Sketchbook
-Exec=/usr/bin/true
-"""
-
-
-class UninstallerCase(DesktopCase):
-    starts_program = False
-    settings = QUIET
-
-    def setUp(self):
-        super().setUp()
-        library = self.desktop.home / "Library"
-        self.entry = self.desktop.data / f"applications/{IDENTIFIER}.desktop"
-        self.preferences = library / f"Preferences/{IDENTIFIER}.plist"
-        self.support = library / "Application Support/Sketchbook"
-        for folder in (self.preferences.parent, self.support):
-            folder.mkdir(parents=True)
-        self.entry.write_text(ENTRY)
-        self.preferences.write_text("<plist/>")
-        (self.support / "drawing").write_text("x" * 1000)
-        self.start()
-
-    def windows(self, title):
-        return [window for window in self.screen.windows_of(self.tray.pid) if window.title() == title]
-
-    def review(self):
-        """Chooses "Uninstall", gives the grant when it is asked for, and waits for the end of the search."""
-        self.tray.choose(*UNINSTALL)
-        wait_for("the grant or the window", lambda: self.tray.dialog() or self.windows("Sketchbook"))
-        if self.tray.dialog():
-            self.tray.answer("Open")
-        self.wait_for_active("Sketchbook")
-        wait_for("the end of the search", lambda: self.button_state("Delete"))
-
-    def wait_for_active(self, title):
-        def is_active():
-            active = self.screen.active_window()
-            return active and active.pid() == self.tray.pid and active.title() == title
-
-        wait_for(f"the window {title!r} to be active", is_active)
-
-    def window_node(self, title):
-        for application in self.tray.accessibility.root.children():
-            for window in application.children():
-                if window.text() == title:
-                    return window
-        return None
-
-    def node(self, title, role, text):
-        """An element of the window with that title."""
-        window = self.window_node(title)
-        return window.find(role, text) if window else None
-
-    def button_state(self, text):
-        button = self.node("Sketchbook", "push button", text)
-        return button is not None and button.has_state(STATE_ENABLED)
-
-    def cells(self, title="Sketchbook"):
-        table = self.node(title, "table", "Related files")
-        return [cell for cell in table.children() if cell.role() == "cell"] if table else []
-
-    def names(self, title="Sketchbook"):
-        return [cell.text() for cell in self.cells(title)[1::6]]
-
-    def row(self, path, title="Sketchbook"):
-        """The cells of the row of that path."""
-        cells = self.cells(title)
-        for first in range(0, len(cells), 6):
-            row = cells[first : first + 6]
-            if row[1].text() == path.name and row[2].text() == str(path.parent):
-                return row
-        raise AssertionError(f"no row of {path} among {self.names(title)}")
-
-    def wait_for_label(self, text, title="Sketchbook"):
-        wait_for(f"{text!r}", lambda: self.node(title, "label", text))
-
-    @staticmethod
-    def label_texts(window):
-        return [node.text() for node in window.descendants() if node.role() == "label"]
-
-    def record(self):
-        return plistlib.loads(self.tray.settings()["UninstalledApplications"])
-
-    def tick(self, path):
-        """Clicks a row's box with the mouse."""
-        left, top, _, bottom = wait_for("the place of the box", lambda: self.row(path)[0].place())
-        self.screen.click(left + 10, (top + bottom) // 2)
-
-    def selection(self):
-        [text] = [text for text in self.label_texts(self.window_node("Sketchbook")) if "elected (" in text]
-        return text
-
-    def press_delete(self):
-        self.screen.click(*center(self.node("Sketchbook", "push button", "Delete").place()))
-
-    def outcome(self):
-        """The title of the alert, which is then put away."""
-        labels = self.label_texts(self.tray.wait_for_dialog())
-        self.tray.answer("OK")
-        return labels[0]
-
-    @property
-    def trashed(self):
-        folder = self.desktop.data / "Trash/files"
-        return sorted(item.name for item in folder.iterdir()) if folder.exists() else []
 
 
 class RoundTrip(UninstallerCase):
@@ -157,9 +42,7 @@ class RoundTrip(UninstallerCase):
         wait_for("the window to go", lambda: not self.windows(title))
 
         for name in self.trashed:
-            restored = self.desktop.run("gio", "trash", "--restore", f"trash:///{name}")
-            if restored.returncode != 0:  # without a trash service: from the record of the Trash itself
-                self.restore(name)
+            self.restore(name)
         self.assertEqual((self.support / "drawing").read_text(), "x" * 1000)
         self.review()
         self.assertEqual(self.names(), [self.entry.name, self.preferences.name, "Sketchbook"])
@@ -170,11 +53,8 @@ class RoundTrip(UninstallerCase):
         picture = self.screen.settled_picture((left + 24, top, right, bottom))
         return min(sum(picture.colour(x, y)) for x in range(left + 24, right) for y in range(top, bottom))
 
-    def history_title(self):
-        titles = [window.title() for window in self.screen.windows_of(self.tray.pid)]
-        return next((title for title in titles if title.startswith("Sketchbook") and self.cells(title)), None)
-
     def restore(self, name):
+        """Puts an item back to where the Trash's own record says that it was."""
         trash = self.desktop.data / "Trash"
         lines = (trash / f"info/{name}.trashinfo").read_text().splitlines()
         path = next(unquote(line[5:]) for line in lines if line.startswith("Path="))
@@ -196,24 +76,13 @@ class RoundTrip(UninstallerCase):
 
 class WithoutPermission(UninstallerCase):
     def start(self):
-        """The folder of the preferences cannot be written to; for the superuser only a read-only mount does that."""
+        """The folder of the preferences cannot be written to, nor may the superuser pass over that."""
         folder = self.preferences.parent
+        folder.chmod(0o500)
+        self.addCleanup(folder.chmod, 0o700)
+        arguments = ()
         if os.getuid() == 0:
-            wrapper = self.desktop.home / "start"
-            wrapper.write_text(
-                f"#!/bin/sh\nset -e\nmount --bind '{folder}' '{folder}'\nmount --make-private '{folder}'\n"
-                f"mount -o remount,ro,bind '{folder}'\nexec '{self.tray.path}' \"$@\"\n"
-            )
-            wrapper.chmod(0o755)
-            # In a changed root the root folder is no mount whose propagation could be changed.
-            own = ["--mount"]
-            if subprocess.run(["unshare", *own, "true"], stderr=subprocess.DEVNULL).returncode != 0:
-                own += ["--propagation", "unchanged"]
-            arguments, self.tray.path = ((*own, str(wrapper)), "unshare")
-        else:
-            folder.chmod(0o500)
-            self.addCleanup(folder.chmod, 0o700)
-            arguments = ()
+            arguments, self.tray.path = ("--bounding-set=-all", "--inh-caps=-all", self.tray.path), "setpriv"
         self.tray.start(*arguments)
 
     def test_tells_that_nothing_was_deleted(self):
