@@ -6,6 +6,7 @@
 #include "alerts/TWDialog.h"
 #include "disk/FileRemoval.h"
 #include "disk/FreeDiskSpaceController.h"
+#include "disk/PlaceCleanup.h"
 #include "disk/TWDiskUtility.h"
 #include "disk/TWFreeDiskSpace.h"
 #include "platform/Platform.h"
@@ -24,6 +25,7 @@ struct CleanupTools {
   FileRemoval removal;
   TWDiskUtility diskUtility;
   TWShellUtility shell;
+  PlaceCleanup placeCleanup;
   ExternalVolumes externalVolumes;
   // What every tool that asks for folders makes its own TWDiskAccess from.
   TWDiskAccess::Surroundings access;

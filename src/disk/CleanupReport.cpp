@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "base/ByteCount.h"
+#include "disk/CleanupPlan.h"
 #include "disk/TWFreeDiskSpace.h"
 
 namespace harbor {
@@ -16,26 +17,27 @@ std::string tableLine(const char* category, const FolderMeasure& measure) {
 }
 
 std::string jsonObject(const char* category, const FolderMeasure& measure,
-                       const std::vector<std::string>& folders) {
+                       const std::vector<CleanupPlace>& places) {
   std::string list;
-  for (const std::string& folder : folders)
-    list += (list.empty() ? "" : ", ") + quotedForJson(folder);
+  for (const CleanupPlace& place : places)
+    list += (list.empty() ? "" : ", ") + quotedForJson(place.path);
   return "  {\"category\": " + quotedForJson(category) + ", \"bytes\": " + std::to_string(measure.bytes) +
          ", \"items\": " + std::to_string(measure.items) + ", \"folders\": [" + list + "]}";
 }
 
 }  // namespace
 
-std::string cleanupReport(const std::string& home, const ExternalVolumes& volumes, ReportFormat format) {
+std::string cleanupReport(const std::string& home, const ExternalVolumes& volumes,
+                          const CleanupPlaces& places, ReportFormat format) {
   std::string table = "Category                         Size        Items\n";
   std::string json;
   for (const CleanupCategoryTexts& texts : cleanupCategories()) {
-    const FolderMeasure measure = measureCategory(texts.category, home, volumes);
+    const FolderMeasure measure = measureCategory(texts.category, home, volumes, places);
     if (format == ReportFormat::table) {
       table += tableLine(texts.title, measure);
     } else {
       json += (json.empty() ? "" : ",\n") +
-              jsonObject(texts.title, measure, foldersOfCategory(texts.category, home, volumes));
+              jsonObject(texts.title, measure, planOfCategory(texts.category, home, volumes, places));
     }
   }
   return format == ReportFormat::table ? table : "[\n" + json + "\n]\n";

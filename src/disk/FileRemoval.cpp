@@ -6,8 +6,11 @@
 #include <array>
 #include <cerrno>
 
+#include "disk/AttributeErasing.h"
+#include "disk/FileByFileRemoval.h"
 #include "disk/FolderMeasure.h"
 #include "disk/FolderPath.h"
+#include "disk/TrashFolder.h"
 #include "disk/TreeWalk.h"
 
 namespace harbor {
@@ -179,6 +182,12 @@ RemovalOutcome failed(int error) {
 
 }  // namespace
 
+void RemovalOutcome::add(const RemovalOutcome& item) {
+  bytes += item.bytes;
+  items += item.items;
+  if (item.error != 0 && item.error != ENOENT) error = item.error;
+}
+
 std::optional<RemovalRefusal> FileRemoval::refusalForText(const std::string& path) const {
   if (path.empty()) return RemovalRefusal::emptyPath;
   if (path.find('\0') != std::string::npos) return RemovalRefusal::zeroByte;
@@ -332,6 +341,69 @@ RemovalOutcome FileRemoval::removeMatches(const std::string& folderPath, const N
     outcome.items += visitor->outcome().items;
     if (visitor->outcome().error != 0) outcome.error = visitor->outcome().error;
   }
+  return outcome;
+}
+
+RemovalOutcome FileRemoval::removeFileByFile(const std::string& folderPath, const FileSelection& selection) {
+  RemovalOutcome outcome;
+  FileDescriptor folder = openTopFolder(folderPath, outcome);
+  const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
+  if (!facts) return outcome;
+  FileByFileRemoval visitor(selection, status_, *facts);
+  walkBelow(std::move(folder), FolderReader::Order::byInode, {&visitor});
+  outcome.bytes = visitor.bytes();
+  outcome.items = visitor.items();
+  return outcome;
+}
+
+void FileRemoval::removeEachEntry(const FileDescriptor& folder, RemovalOutcome& outcome) {
+  FolderReader reader(FolderReader::Order::byInode);
+  // Some file systems leave entries out when others are removed while the folder is read.
+  for (int pass = 0; folder && pass < kMostPasses; ++pass) {
+    const std::uint64_t itemsBefore = outcome.items;
+    ::lseek(folder.get(), 0, SEEK_SET);
+    for (bool atEnd = false; !atEnd;) {
+      const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
+      atEnd = result.atEnd;
+      for (const FolderEntry& entry : result.entries)
+        outcome.add(removeEntry(folder.get(), entry.name));
+    }
+    if (outcome.items == itemsBefore) break;
+  }
+}
+
+RemovalOutcome FileRemoval::emptyTrash(const std::string& path) {
+  RemovalOutcome outcome;
+  const FileDescriptor trash = openTopFolder(path, outcome);
+  if (!trash) return outcome;
+  // A record that is made while the items go is about an item that is on its way into the trash.
+  const auto records = recordsOfTrash(trash.get());
+  const FileDescriptor info = openPartOfTrash(trash.get(), kTrashRecords);
+  const FileDescriptor items = openPartOfTrash(trash.get(), kTrashedItems);
+  removeEachEntry(items, outcome);
+  removeEachEntry(openPartOfTrash(trash.get(), kExpungedItems), outcome);
+  for (const auto& [record, item] : records) {
+    const bool isGone = !items || (!factsOfItem(items.get(), item.c_str()) && errno == ENOENT);
+    if (isGone) outcome.add(removeEntry(info.get(), record.c_str()));
+  }
+  const auto sizes = factsOfItem(trash.get(), kTrashedSizes);
+  if (sizes && sizes->type != ItemType::folder) outcome.add(removeEntry(trash.get(), kTrashedSizes));
+  return outcome;
+}
+
+RemovalOutcome FileRemoval::eraseAttributes(const std::string& path, const std::vector<std::string>& names) {
+  RemovalOutcome outcome;
+  if ((outcome.refusal = refusalForText(path))) return outcome;
+  AttributeErasing visitor(names);
+  FileDescriptor item(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!item) return failed(errno);
+  visitor.erase(item.get());
+  const auto facts = factsOfDescriptor(item.get());
+  if (facts && facts->type == ItemType::folder) {
+    FileDescriptor folder = openTopFolder(path, outcome);
+    if (folder) walkBelow(std::move(folder), FolderReader::Order::asStored, {&visitor});
+  }
+  outcome.items = visitor.items();
   return outcome;
 }
 

@@ -11,6 +11,7 @@
 
 #include "base/FileDescriptor.h"
 #include "base/HomeFolder.h"
+#include "disk/FileSelection.h"
 #include "disk/ItemFacts.h"
 #include "platform/CleanupProgress.h"
 
@@ -33,6 +34,9 @@ struct RemovalOutcome {
   std::optional<RemovalRefusal> refusal;  // nothing was touched
   int openError = 0;  // why the folder itself could not be opened, as errno; then nothing was touched
   int error = 0;      // why a removal failed and the work ended there, as errno; 0 when none did
+
+  // Adds what became of one more item; that it was gone already is no failure.
+  void add(const RemovalOutcome& item);
 };
 
 class FileRemoval {
@@ -59,6 +63,19 @@ class FileRemoval {
   // that fails. The test is called from several threads.
   RemovalOutcome removeMatches(const std::string& folder, const NameTest& matches);
 
+  // Removes the files below a folder that the selection takes, and folders that have nothing left in them
+  // unless they are held. The bytes and items are those of the files. A removal that fails is none of the
+  // outcome.
+  RemovalOutcome removeFileByFile(const std::string& folder, const FileSelection& selection);
+
+  // Empties a trash of the freedesktop rules. The record of an item goes after the item and stays when that
+  // could not be removed; an item that cannot be removed does not keep the others.
+  RemovalOutcome emptyTrash(const std::string& trash);
+
+  // Takes the extended attributes of these names off the item, which may be reached by a link, and off all
+  // files and folders below it. The items are those that had one.
+  RemovalOutcome eraseAttributes(const std::string& path, const std::vector<std::string>& names);
+
   // Why the path may not be removed or emptied, judged by its text alone.
   std::optional<RemovalRefusal> refusalForText(const std::string& path) const;
 
@@ -69,6 +86,8 @@ class FileRemoval {
   // cannot be opened.
   FileDescriptor openTopFolder(const std::string& path, RemovalOutcome& outcome) const;
   RemovalOutcome removeEntry(int parent, const char* name);
+  // Removes each entry of an open folder; one that cannot be removed does not keep the others.
+  void removeEachEntry(const FileDescriptor& folder, RemovalOutcome& outcome);
 
   HomeFolder home_;
   CleanupStatus& status_;

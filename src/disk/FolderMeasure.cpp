@@ -76,6 +76,29 @@ class MatchMeasuringVisitor : public TreeVisitor {
   FolderMeasure measure_;
 };
 
+class SelectionMeasuringVisitor : public TreeVisitor {
+ public:
+  explicit SelectionMeasuringVisitor(const FileSelection& selection) : selection_(selection) {}
+
+  Verdict found(const Found& item) override {
+    const auto facts = factsOfItem(item.parent, item.name);
+    if (!facts || facts->isMountRoot) return Verdict::goOn;
+    if (facts->type == ItemType::folder) return selection_.enters(*facts) ? Verdict::enter : Verdict::goOn;
+    if (selection_.takes(*facts, item.name)) measure_ += {facts->bytes, 1};
+    return Verdict::goOn;
+  }
+  void entered(const ItemFacts&, std::size_t) override {}
+  Verdict couldNotEnter(const Found&, int) override { return Verdict::goOn; }
+  Leaving left(const Left&) override { return Leaving::done; }
+  Verdict lost() override { return Verdict::goOn; }
+
+  const FolderMeasure& measure() const { return measure_; }
+
+ private:
+  const FileSelection& selection_;
+  FolderMeasure measure_;
+};
+
 template <typename Visitor>
 FolderMeasure measureWithTwo(FileDescriptor folder, Visitor& first, Visitor& second) {
   if (!folder) return {};
@@ -109,9 +132,13 @@ FolderMeasure measureItem(int parent, const char* name) {
 }
 
 FolderMeasure measureContents(const std::string& path) {
+  return measureContents(openFollowing(path));
+}
+
+FolderMeasure measureContents(FileDescriptor folder) {
   MeasuringVisitor first;
   MeasuringVisitor second;
-  FolderMeasure measure = measureWithTwo(openFollowing(path), first, second);
+  FolderMeasure measure = measureWithTwo(std::move(folder), first, second);
   measure.bytes -= first.directFolderBytes() + second.directFolderBytes();
   return measure;
 }
@@ -121,6 +148,31 @@ FolderMeasure measureMatches(const std::string& folder,
   MatchMeasuringVisitor first(matches);
   MatchMeasuringVisitor second(matches);
   return measureWithTwo(openFollowing(folder), first, second);
+}
+
+FolderMeasure measureFileByFile(const std::string& folder, const FileSelection& selection) {
+  SelectionMeasuringVisitor first(selection);
+  SelectionMeasuringVisitor second(selection);
+  return measureWithTwo(openFollowing(folder), first, second);
+}
+
+FolderMeasure measureEntries(const std::string& folderPath,
+                             const std::function<bool(std::string_view name)>& matches) {
+  FolderMeasure sum;
+  const FileDescriptor folder = openFollowing(folderPath);
+  if (!folder) return sum;
+  FolderReader reader(FolderReader::Order::asStored);
+  for (bool atEnd = false; !atEnd;) {
+    const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
+    atEnd = result.atEnd;
+    for (const FolderEntry& entry : result.entries) {
+      if (!matches(entry.name)) continue;
+      sum += measureItem(folder.get(), entry.name);
+      const auto facts = factsOfItem(folder.get(), entry.name);
+      if (facts && !facts->isMountRoot && facts->type == ItemType::folder) ++sum.items;
+    }
+  }
+  return sum;
 }
 
 }  // namespace harbor

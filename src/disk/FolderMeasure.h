@@ -7,6 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "base/FileDescriptor.h"
+#include "disk/FileSelection.h"
+
 namespace harbor {
 
 struct FolderMeasure {
@@ -27,6 +30,8 @@ FolderMeasure measureFolder(const std::string& path);
 // What emptying the folder would count: as measureFolder, but a folder directly inside counts what lies below
 // it without its own entry. The items are all entries at every depth.
 FolderMeasure measureContents(const std::string& path);
+// The same of an open folder; zero when nothing is open.
+FolderMeasure measureContents(FileDescriptor folder);
 
 // The folder or item of that name in an open folder: what lies below a folder, an item's own size.
 FolderMeasure measureItem(int parent, const char* name);
@@ -35,5 +40,13 @@ FolderMeasure measureItem(int parent, const char* name);
 // itself; what lies below a match is not searched.
 FolderMeasure measureMatches(const std::string& folder,
                              const std::function<bool(std::string_view name)>& matches);
+
+// The direct entries of the folder whose names match, each as measureItem counts it; the items are all
+// entries at every depth.
+FolderMeasure measureEntries(const std::string& folder,
+                             const std::function<bool(std::string_view name)>& matches);
+
+// The files below the folder that the selection takes, folders not counted.
+FolderMeasure measureFileByFile(const std::string& folder, const FileSelection& selection);
 
 }  // namespace harbor

@@ -1,5 +1,7 @@
 #include "disk/FreeDiskSpaceController.h"
 
+#include <algorithm>
+
 #include "access/CleanupPrompts.h"
 #include "base/ByteCount.h"
 #include "settings/SettingsKeys.h"
@@ -91,9 +93,12 @@ bool FreeDiskSpaceController::obtainHomeFolder() {
 
 bool FreeDiskSpaceController::obtainVolumes() {
   access_.listExternalVolumes();
+  const auto plan = routines_.plan(CleanupCategory::trashCan);
   for (const FileUrl& volume : around_.externalVolumes) {
-    if (access_.hasValidBookmark(volume) || !access_.needsGrant({trashFolderOfVolume(volume), true}))
-      continue;
+    const bool needsGrant = std::any_of(plan.begin(), plan.end(), [&](const CleanupPlace& place) {
+      return place.path.starts_with(volume.path + "/") && access_.needsGrant({place.path, true});
+    });
+    if (access_.hasValidBookmark(volume) || !needsGrant) continue;
     if (!access_.promptForVolume(cleanupTextsForVolume(volume), volume)) return false;
   }
   return true;

@@ -7,7 +7,13 @@
 
 namespace harbor {
 
-enum class ItemType : std::uint8_t { unknown, folder, other };
+enum class ItemType : std::uint8_t {
+  unknown,
+  folder,
+  file,     // a regular one
+  link,     // a symbolic one
+  special,  // a socket, a pipe or a device
+};
 
 struct ItemFacts {
   ItemType type = ItemType::unknown;
@@ -15,6 +21,7 @@ struct ItemFacts {
   std::uint64_t bytes = 0;   // the logical size
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
+  std::uint32_t owner = 0;  // user id
 
   bool isSameItemAs(const ItemFacts& other) const { return device == other.device && inode == other.inode; }
 };

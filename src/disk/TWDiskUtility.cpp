@@ -59,9 +59,9 @@ std::uint64_t TWDiskUtility::deleteByPartOfName(const std::string& folder, std::
 }
 
 std::optional<std::uint64_t> TWDiskUtility::deleteByExtension(const std::string& folder,
-                                                              std::string_view extension) {
+                                                              const std::vector<std::string>& extensions) {
   return bytesUnlessFailed(removal_.removeMatches(
-      folder, [extension](std::string_view name) { return pathExtension(name) == extension; }));
+      folder, [&extensions](std::string_view name) { return hasOneOfExtensions(name, extensions); }));
 }
 
 std::optional<std::string> TWDiskUtility::bundleIdentifierOfApplication(std::string_view name) const {

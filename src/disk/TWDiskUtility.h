@@ -48,9 +48,10 @@ class TWDiskUtility {
   std::uint64_t deleteByPrefix(const std::string& folder, std::string_view text);
   std::uint64_t deleteByPartOfName(const std::string& folder, std::string_view text);
 
-  // Removes the items at any depth below a folder whose path extension is the given one; counts and fails as
-  // emptyFolder does.
-  std::optional<std::uint64_t> deleteByExtension(const std::string& folder, std::string_view extension);
+  // Removes the items at any depth below a folder whose path extension is one of the given ones; counts and
+  // fails as emptyFolder does.
+  std::optional<std::uint64_t> deleteByExtension(const std::string& folder,
+                                                 const std::vector<std::string>& extensions);
 
   // The bundle identifier of the installed application of that name; nothing when it is not found or states
   // none. Where what is found cannot be opened as a bundle, this program's own identifier.

@@ -2,42 +2,9 @@
 
 #include <algorithm>
 
+#include "disk/CleanupPlan.h"
+
 namespace harbor {
-namespace {
-
-constexpr const char* kPartialDownloadExtension = "download";
-
-struct CategoryFolder {
-  CleanupCategory category;
-  const char* path;  // below the home folder
-};
-
-constexpr CategoryFolder kFolders[] = {
-    {CleanupCategory::applicationCaches, "/Library/Caches"},
-    {CleanupCategory::applicationLogs, "/Library/Logs"},
-    {CleanupCategory::partialDownloads, "/Downloads"},
-    {CleanupCategory::downloadsFolder, "/Downloads"},
-    {CleanupCategory::xcodeDeveloperBuilds, "/Library/Developer/Xcode/DerivedData"},
-    {CleanupCategory::xcodeDeveloperArchives, "/Library/Developer/Xcode/Archives"},
-    {CleanupCategory::xcodeDeveloperProducts, "/Library/Developer/Xcode/Products"},
-    {CleanupCategory::xcodeDeveloperLogs, "/Library/Developer/Xcode/iOS Device Logs"},
-    {CleanupCategory::crashReporterFiles, "/Library/Application Support/CrashReporter"},
-    {CleanupCategory::mailDownloads, "/Library/Containers/com.apple.mail/Data/Library/Mail Downloads"},
-    {CleanupCategory::iosSoftwareUpdates, "/Library/iTunes/iPhone Software Updates"},
-    {CleanupCategory::iosSoftwareUpdates, "/Library/iTunes/iPad Software Updates"},
-    {CleanupCategory::iosSoftwareUpdates, "/Library/iTunes/iPod Software Updates"},
-    {CleanupCategory::trashCan, "/.Trash"},
-    {CleanupCategory::trashCan, "/Library/Mobile Documents/com~apple~CloudDocs/.Trash"},
-};
-
-// On a volume the trash is always that of the first user id, whoever asks.
-constexpr const char* kVolumeTrash = "/.Trashes/501";
-
-bool isPartialDownload(std::string_view name) {
-  return pathExtension(name) == kPartialDownloadExtension;
-}
-
-}  // namespace
 
 const std::vector<CleanupCategoryTexts>& cleanupCategories() {
   static const std::vector<CleanupCategoryTexts> kCategories{
@@ -76,31 +43,16 @@ const std::vector<CleanupCategoryTexts>& cleanupCategories() {
   return kCategories;
 }
 
-std::string trashFolderOfVolume(const FileUrl& volume) {
-  return volume.path + kVolumeTrash;
-}
-
-std::vector<std::string> foldersOfCategory(CleanupCategory category, const std::string& home,
-                                           const ExternalVolumes& volumes) {
-  std::vector<std::string> folders;
-  for (const CategoryFolder& folder : kFolders) {
-    if (folder.category == category) folders.push_back(home + folder.path);
-  }
-  if (category == CleanupCategory::trashCan) {
-    for (const FileUrl& volume : volumes)
-      folders.push_back(trashFolderOfVolume(volume));
-  }
-  return folders;
-}
-
 FolderMeasure measureCategory(CleanupCategory category, const std::string& home,
-                              const ExternalVolumes& volumes) {
+                              const ExternalVolumes& volumes, const CleanupPlaces& places) {
   FolderMeasure sum;
-  for (const std::string& folder : foldersOfCategory(category, home, volumes)) {
-    sum += category == CleanupCategory::partialDownloads ? measureMatches(folder, isPartialDownload)
-                                                         : measureContents(folder);
-  }
+  for (const CleanupPlace& place : planOfCategory(category, home, volumes, places))
+    sum += measurePlace(place);
   return sum;
+}
+
+std::vector<CleanupPlace> TWFreeDiskSpace::plan(CleanupCategory category) const {
+  return planOfCategory(category, homeFolder_(), volumes_, places_);
 }
 
 std::int64_t TWFreeDiskSpace::clean(CleanupCategory category) {
@@ -109,12 +61,8 @@ std::int64_t TWFreeDiskSpace::clean(CleanupCategory category) {
                                   [&](const auto& each) { return each.category == category; });
   status_.setWhat(texts->title);
   std::uint64_t bytes = 0;
-  for (const std::string& folder : foldersOfCategory(category, homeFolder_(), volumes_)) {
-    const auto removed = category == CleanupCategory::partialDownloads
-                             ? diskUtility_.deleteByExtension(folder, kPartialDownloadExtension)
-                             : diskUtility_.emptyFolder(folder);
-    bytes += removed.value_or(0);
-  }
+  for (const CleanupPlace& place : plan(category))
+    bytes += cleanup_.clean(place).value_or(0);
   return static_cast<std::int64_t>(bytes);
 }
 

@@ -9,25 +9,11 @@
 #include "access/TWDiskAccess.h"
 #include "base/HomeFolder.h"
 #include "disk/FolderMeasure.h"
-#include "disk/TWDiskUtility.h"
+#include "disk/PlaceCleanup.h"
+#include "platform/CleanupPlaces.h"
 #include "platform/CleanupProgress.h"
 
 namespace harbor {
-
-enum class CleanupCategory {
-  applicationCaches,
-  applicationLogs,
-  partialDownloads,
-  downloadsFolder,
-  xcodeDeveloperBuilds,
-  xcodeDeveloperArchives,
-  xcodeDeveloperProducts,
-  xcodeDeveloperLogs,
-  crashReporterFiles,
-  mailDownloads,
-  iosSoftwareUpdates,
-  trashCan,
-};
 
 struct CleanupCategoryTexts {
   CleanupCategory category;
@@ -39,28 +25,28 @@ struct CleanupCategoryTexts {
 // Every category, in the order of the menu.
 const std::vector<CleanupCategoryTexts>& cleanupCategories();
 
-// The folders whose contents a category takes, in order; those of its external volumes too.
-std::vector<std::string> foldersOfCategory(CleanupCategory category, const std::string& home,
-                                           const ExternalVolumes& volumes);
-
-// The folder of a volume that the trash category empties.
-std::string trashFolderOfVolume(const FileUrl& volume);
-
 // What cleaning the category would remove; nothing is changed.
 FolderMeasure measureCategory(CleanupCategory category, const std::string& home,
-                              const ExternalVolumes& volumes);
+                              const ExternalVolumes& volumes, const CleanupPlaces& places);
 
 class TWFreeDiskSpace {
  public:
   enum class DownloadsFolder { kept, emptied };
   enum class Trash { kept, emptied };
 
-  TWFreeDiskSpace(TWDiskUtility& diskUtility, HomeFolder homeFolder, const ExternalVolumes& volumes,
-                  CleanupStatus& status)
-      : diskUtility_(diskUtility), homeFolder_(std::move(homeFolder)), volumes_(volumes), status_(status) {}
+  TWFreeDiskSpace(PlaceCleanup& cleanup, const CleanupPlaces& places, HomeFolder homeFolder,
+                  const ExternalVolumes& volumes, CleanupStatus& status)
+      : cleanup_(cleanup),
+        places_(places),
+        homeFolder_(std::move(homeFolder)),
+        volumes_(volumes),
+        status_(status) {}
 
-  // Removes what the category holds; the bytes removed. A folder in which a removal failed counts 0, while
-  // the category's other folders still count.
+  // What cleaning the category would take, in order.
+  std::vector<CleanupPlace> plan(CleanupCategory category) const;
+
+  // Removes what the category holds; the bytes removed. A folder in which a removal failed and ended the work
+  // counts 0, while the category's other folders still count.
   std::int64_t clean(CleanupCategory category);
 
   // "Delete All": every category but the partial downloads and the crash reports, which are meant to be
@@ -68,7 +54,8 @@ class TWFreeDiskSpace {
   std::int64_t cleanAll(DownloadsFolder downloads, Trash trash);
 
  private:
-  TWDiskUtility& diskUtility_;
+  PlaceCleanup& cleanup_;
+  const CleanupPlaces& places_;
   HomeFolder homeFolder_;
   const ExternalVolumes& volumes_;
   CleanupStatus& status_;

@@ -6,6 +6,7 @@
 #include "platform/AlertPanel.h"
 #include "platform/Application.h"
 #include "platform/ApplicationBundles.h"
+#include "platform/CleanupPlaces.h"
 #include "platform/CleanupProgress.h"
 #include "platform/Clock.h"
 #include "platform/ColourPane.h"
@@ -63,6 +64,7 @@ struct Platform {
   LoginItems& loginItems;
   StoreReview& storeReview;
   PreferencesWindows& preferencesWindows;
+  CleanupPlaces& cleanupPlaces;
 };
 
 }  // namespace harbor

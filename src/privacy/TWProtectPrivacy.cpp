@@ -1,5 +1,6 @@
 #include "privacy/TWProtectPrivacy.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <system_error>
@@ -74,6 +75,11 @@ void TWProtectPrivacy::run(const char* target, const Steps& steps) {
   }
 }
 
+void TWProtectPrivacy::cleanPlaces(PrivacyTarget target) {
+  for (const CleanupPlace& place : places_.placesOfTarget(target))
+    cleanup_.clean(place);
+}
+
 void TWProtectPrivacy::clearAll() {
   clearClipboard();
   clearDownloadHistory();
@@ -93,11 +99,12 @@ void TWProtectPrivacy::clearClipboard() {
 void TWProtectPrivacy::clearDownloadHistory() {
   status_.setWhat("Finder");
   const std::string preferences = homeFolder_() + "/Library/Preferences";
-  for (const auto& entry : entriesOf(preferences)) {
-    if (!entry.filename().string().starts_with(kQuarantineDatabases) || !isDatabase(entry)) continue;
-    shell_.run(kForgetDownloads, preferences);
-    return;
-  }
+  const auto entries = entriesOf(preferences);
+  const bool hasDatabase = std::any_of(entries.begin(), entries.end(), [](const auto& entry) {
+    return entry.filename().string().starts_with(kQuarantineDatabases) && isDatabase(entry);
+  });
+  if (hasDatabase) shell_.run(kForgetDownloads, preferences);
+  cleanPlaces(PrivacyTarget::finder);
 }
 
 void TWProtectPrivacy::clearSafari() {
@@ -115,6 +122,7 @@ void TWProtectPrivacy::clearSafari() {
       {deleteByPartOfName, "/Library/Caches", "com.apple.Safari"},
   }};
   run("Safari", kSteps);
+  cleanPlaces(PrivacyTarget::safari);
 }
 
 void TWProtectPrivacy::clearGoogleChrome() {
@@ -137,6 +145,7 @@ void TWProtectPrivacy::clearGoogleChrome() {
       {deleteItem, "/Library/Caches/Google/Chrome"},
   }};
   run("Google Chrome", kSteps);
+  cleanPlaces(PrivacyTarget::googleChrome);
 }
 
 void TWProtectPrivacy::clearFirefox() {
@@ -151,6 +160,7 @@ void TWProtectPrivacy::clearFirefox() {
     if (extension == "default" || extension == "default-release") clearFirefoxProfile(entry.string());
   }
   run("Firefox", kSteps);
+  cleanPlaces(PrivacyTarget::firefox);
 }
 
 void TWProtectPrivacy::clearFirefoxProfile(const std::string& profile) {
@@ -167,6 +177,7 @@ void TWProtectPrivacy::clearMail() {
       {emptyFolder, "/Library/Containers/com.apple.mail/Data/Library/Mail Downloads"},
   }};
   run("Mail", kSteps);
+  cleanPlaces(PrivacyTarget::mail);
 }
 
 void TWProtectPrivacy::clearPreview() {
@@ -183,6 +194,7 @@ void TWProtectPrivacy::clearPreview() {
        "State/com.apple.Preview.savedState"},
   }};
   run("Preview", kSteps);
+  cleanPlaces(PrivacyTarget::preview);
 }
 
 void TWProtectPrivacy::clearQuickTimePlayer() {
@@ -198,6 +210,7 @@ void TWProtectPrivacy::clearQuickTimePlayer() {
        "com.apple.QuickTimePlayerX.savedState"},
   }};
   run("QuickTime Player", kSteps);
+  cleanPlaces(PrivacyTarget::quickTimePlayer);
 }
 
 }  // namespace harbor

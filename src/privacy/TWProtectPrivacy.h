@@ -5,7 +5,9 @@
 #include <string>
 
 #include "base/HomeFolder.h"
+#include "disk/PlaceCleanup.h"
 #include "disk/TWDiskUtility.h"
+#include "platform/CleanupPlaces.h"
 #include "platform/CleanupProgress.h"
 #include "privacy/shell/TWShellUtility.h"
 
@@ -13,11 +15,16 @@ namespace harbor {
 
 class TWProtectPrivacy {
  public:
-  TWProtectPrivacy(TWDiskUtility& diskUtility, const TWShellUtility& shell, HomeFolder homeFolder,
-                   CleanupStatus& status)
-      : diskUtility_(diskUtility), shell_(shell), homeFolder_(std::move(homeFolder)), status_(status) {}
+  TWProtectPrivacy(TWDiskUtility& diskUtility, PlaceCleanup& cleanup, const CleanupPlaces& places,
+                   const TWShellUtility& shell, HomeFolder homeFolder, CleanupStatus& status)
+      : diskUtility_(diskUtility),
+        cleanup_(cleanup),
+        places_(places),
+        shell_(shell),
+        homeFolder_(std::move(homeFolder)),
+        status_(status) {}
 
-  // Each routine builds its paths on the home folder when it runs.
+  // Each routine builds its paths on the home folder when it runs; the places of the platform come last.
   void clearAll();
   void clearClipboard();
   void clearDownloadHistory();
@@ -33,9 +40,12 @@ class TWProtectPrivacy {
 
   template <typename Steps>
   void run(const char* target, const Steps& steps);
+  void cleanPlaces(PrivacyTarget target);
   void clearFirefoxProfile(const std::string& profile);
 
   TWDiskUtility& diskUtility_;
+  PlaceCleanup& cleanup_;
+  const CleanupPlaces& places_;
   const TWShellUtility& shell_;
   HomeFolder homeFolder_;
   CleanupStatus& status_;

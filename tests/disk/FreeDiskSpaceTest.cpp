@@ -100,7 +100,8 @@ struct FreeDiskSpace : testing::Test {
                         platform.propertyLists};
   TWShellUtility shell{root.makeFolder("bin")};
   ExternalVolumes volumes;
-  TWFreeDiskSpace routines{utility, homeFolder, volumes, status};
+  PlaceCleanup cleanup{utility, removal, shell};
+  TWFreeDiskSpace routines{cleanup, platform.cleanupPlaces, homeFolder, volumes, status};
   FreeDiskSpaceController controller{
       routines,
       {platform.settings, platform.propertyLists, platform.folderBookmarks, platform.openPanel, dialog,
@@ -386,8 +387,8 @@ TEST_F(FreeDiskSpace, MeasuringSaysWhatCleaningThenRemovesAndChangesNothing) {
   const auto before = snapshotOf(root.path());
   std::map<CleanupCategory, FolderMeasure> measures;
   for (const auto& texts : cleanupCategories())
-    measures[texts.category] = measureCategory(texts.category, home, volumes);
-  const std::string json = cleanupReport(home, volumes, ReportFormat::json);
+    measures[texts.category] = measureCategory(texts.category, home, volumes, platform.cleanupPlaces);
+  const std::string json = cleanupReport(home, volumes, platform.cleanupPlaces, ReportFormat::json);
   expectOnlyRemoved(before, snapshotOf(root.path()), {});
   EXPECT_EQ(measures[CleanupCategory::partialDownloads].items, 3u);
   EXPECT_NE(json.find("\"category\": \"Application Caches\", \"bytes\": " +
@@ -406,7 +407,7 @@ TEST_F(FreeDiskSpace, MeasuringSaysWhatCleaningThenRemovesAndChangesNothing) {
 
 TEST_F(FreeDiskSpace, TheTableHasALineACategory) {
   file("Library/Caches/a", 1'500'000);
-  const std::string table = cleanupReport(home, {}, ReportFormat::table);
+  const std::string table = cleanupReport(home, {}, platform.cleanupPlaces, ReportFormat::table);
   EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 13);
   EXPECT_NE(table.find("Application Caches             1.5 MB            1\n"), std::string::npos) << table;
 }

@@ -203,7 +203,7 @@ TEST_F(TWDiskUtilityTest, DeleteByExtensionFindsItemsAtEveryDepthAndTakesTheExte
   file("d/e.download.txt", 1280);
   fs::create_symlink("../a.download", home + "/d/sub/link.download");
   const auto before = snapshotOf(root.path());
-  EXPECT_EQ(utility.deleteByExtension(home + "/d", "download"), 10u + 20 + 40 + 80 + 13);
+  EXPECT_EQ(utility.deleteByExtension(home + "/d", {"download"}), 10u + 20 + 40 + 80 + 13);
   expectOnlyRemoved(before, snapshotOf(root.path()),
                     {"home/ada/d/a.download", "home/ada/d/sub/b.download", "home/ada/d/sub/Movie.download",
                      "home/ada/d/sub/link.download"});

@@ -38,7 +38,8 @@ struct ProtectPrivacy : testing::Test {
                         platform.propertyLists};
   TWShellUtility shell{root.makeFolder("bin")};
   ExternalVolumes volumes;
-  TWProtectPrivacy routines{utility, shell, homeFolder, status};
+  PlaceCleanup cleanup{utility, removal, shell};
+  TWProtectPrivacy routines{utility, cleanup, platform.cleanupPlaces, shell, homeFolder, status};
   ProtectPrivacyController controller{
       routines,
       {platform.settings, platform.propertyLists, platform.folderBookmarks, platform.openPanel, dialog,
@@ -414,6 +415,30 @@ TEST_F(ProtectPrivacy, WithoutAHomeFolderNothingIsTouched) {
   run("Safari");
   EXPECT_EQ(titles(), (std::vector<std::string>{"Confirm Cleanup", "Cleanup successful"}));
   EXPECT_EQ(removal.emptyFolder("/Library/SafariSafeBrowsing").refusal, RemovalRefusal::noHomeFolder);
+}
+
+TEST_F(ProtectPrivacy, EachTargetTakesThePlacesOfThePlatformToo) {
+  platform.openPanel.answers = {FileUrl{home, true}};
+  const std::map<PrivacyTarget, const char*> titles{{PrivacyTarget::finder, "Finder"},
+                                                    {PrivacyTarget::safari, "Safari"},
+                                                    {PrivacyTarget::googleChrome, "Google Chrome"},
+                                                    {PrivacyTarget::firefox, "Firefox"},
+                                                    {PrivacyTarget::mail, "Mail"},
+                                                    {PrivacyTarget::preview, "Preview"},
+                                                    {PrivacyTarget::quickTimePlayer, "QuickTime Player"}};
+  for (const auto& [target, title] : titles) {
+    CleanupPlace place;
+    place.path = file(std::string("places/") + title);
+    platform.cleanupPlaces.ofTarget[target] = {place};
+  }
+  for (const auto& [target, title] : titles) {
+    const auto before = snapshotOf(root.path());
+    run(title);
+    expectOnlyRemoved(before, snapshotOf(root.path()), {std::string("home/ada/places/") + title});
+    file(std::string("places/") + title);
+  }
+  run("Clear All");
+  EXPECT_TRUE(std::filesystem::is_empty(home + "/places"));
 }
 
 }  // namespace

@@ -10,8 +10,18 @@ namespace harbor {
 namespace {
 
 ItemType typeOf(unsigned char stored) {
-  if (stored == DT_DIR) return ItemType::folder;
-  return stored == DT_UNKNOWN ? ItemType::unknown : ItemType::other;
+  switch (stored) {
+    case DT_UNKNOWN:
+      return ItemType::unknown;
+    case DT_DIR:
+      return ItemType::folder;
+    case DT_REG:
+      return ItemType::file;
+    case DT_LNK:
+      return ItemType::link;
+    default:
+      return ItemType::special;
+  }
 }
 
 bool isSelfOrParent(const char* name) {

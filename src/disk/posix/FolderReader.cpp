@@ -29,8 +29,18 @@ std::unique_ptr<DIR, CloseFolder> openFromTheStart(int descriptor) {
 }
 
 ItemType typeOf(unsigned char stored) {
-  if (stored == DT_DIR) return ItemType::folder;
-  return stored == DT_UNKNOWN ? ItemType::unknown : ItemType::other;
+  switch (stored) {
+    case DT_UNKNOWN:
+      return ItemType::unknown;
+    case DT_DIR:
+      return ItemType::folder;
+    case DT_REG:
+      return ItemType::file;
+    case DT_LNK:
+      return ItemType::link;
+    default:
+      return ItemType::special;
+  }
 }
 
 bool isSelfOrParent(const char* name) {

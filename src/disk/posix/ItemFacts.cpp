@@ -9,12 +9,19 @@
 namespace harbor {
 namespace {
 
+ItemType typeOf(mode_t mode) {
+  if (S_ISDIR(mode)) return ItemType::folder;
+  if (S_ISREG(mode)) return ItemType::file;
+  return S_ISLNK(mode) ? ItemType::link : ItemType::special;
+}
+
 ItemFacts factsFrom(const struct stat& status) {
   ItemFacts facts;
-  facts.type = S_ISDIR(status.st_mode) ? ItemType::folder : ItemType::other;
+  facts.type = typeOf(status.st_mode);
   facts.bytes = static_cast<std::uint64_t>(status.st_size);
   facts.device = static_cast<std::uint64_t>(status.st_dev);
   facts.inode = static_cast<std::uint64_t>(status.st_ino);
+  facts.owner = static_cast<std::uint32_t>(status.st_uid);
   return facts;
 }
 

@@ -23,6 +23,7 @@
 #include "platform/linux/LinuxAlertPanel.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxApplicationBundles.h"
+#include "platform/linux/LinuxCleanupPlaces.h"
 #include "platform/linux/LinuxCleanupProgress.h"
 #include "platform/linux/LinuxColourPanes.h"
 #include "platform/linux/LinuxDistributedNotifications.h"
@@ -85,7 +86,7 @@ int measureCleanups(ReportFormat format, int argc, char** argv) {
     return 1;
   }
   const LinuxFileManager fileManager(XdgEnvironment::fromProcess(), home, runLoop);
-  return print(cleanupReport(home, externalVolumesOf(fileManager), format));
+  return print(cleanupReport(home, externalVolumesOf(fileManager), LinuxCleanupPlaces(), format));
 }
 
 // The path without "." and ".." in it, symbolic links kept where that leads to the same item.
@@ -194,6 +195,7 @@ struct LinuxPlatform {
                              }};
   LinuxStoreReview storeReview{[this] { openLink(workspace, Links::configured().store); }};
   LinuxPreferencesWindows preferencesWindows{userTime};
+  LinuxCleanupPlaces cleanupPlaces;
 
   Platform asPlatform() {
     return {settings,
@@ -223,7 +225,8 @@ struct LinuxPlatform {
             previewPanel,
             loginItems,
             storeReview,
-            preferencesWindows};
+            preferencesWindows,
+            cleanupPlaces};
   }
 };
 

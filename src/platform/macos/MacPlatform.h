@@ -6,6 +6,7 @@
 #include "platform/macos/MacAlertPanel.h"
 #include "platform/macos/MacApplication.h"
 #include "platform/macos/MacApplicationBundles.h"
+#include "platform/macos/MacCleanupPlaces.h"
 #include "platform/macos/MacCleanupProgress.h"
 #include "platform/macos/MacColourPanes.h"
 #include "platform/macos/MacDistributedNotifications.h"
@@ -57,6 +58,7 @@ struct MacPlatform {
   MacLoginItems loginItems;
   MacStoreReview storeReview;
   MacPreferencesWindows preferencesWindows;
+  MacCleanupPlaces cleanupPlaces;
 
   Platform asPlatform() {
     return {.settings = settings,
@@ -86,7 +88,8 @@ struct MacPlatform {
             .previewPanel = previewPanel,
             .loginItems = loginItems,
             .storeReview = storeReview,
-            .preferencesWindows = preferencesWindows};
+            .preferencesWindows = preferencesWindows,
+            .cleanupPlaces = cleanupPlaces};
   }
 };
 

@@ -6,6 +6,7 @@
 #include "platform/memory/MemoryAlertPanel.h"
 #include "platform/memory/MemoryApplication.h"
 #include "platform/memory/MemoryApplicationBundles.h"
+#include "platform/memory/MemoryCleanupPlaces.h"
 #include "platform/memory/MemoryCleanupProgress.h"
 #include "platform/memory/MemoryColourPanes.h"
 #include "platform/memory/MemoryDistributedNotifications.h"
@@ -57,6 +58,7 @@ struct MemoryPlatform {
   MemoryLoginItems loginItems;
   MemoryStoreReview storeReview;
   MemoryPreferencesWindows preferencesWindows;
+  MemoryCleanupPlaces cleanupPlaces;
 
   Platform asPlatform() {
     return {settings,
@@ -86,7 +88,8 @@ struct MemoryPlatform {
             previewPanel,
             loginItems,
             storeReview,
-            preferencesWindows};
+            preferencesWindows,
+            cleanupPlaces};
   }
 };
 

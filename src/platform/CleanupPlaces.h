@@ -1,0 +1,91 @@
+// Where this platform keeps what the cleanups erase, beside the folders that the cleanups know themselves.
+// The places are data: what they hold is removed by the cleanups, which treat the places of every platform
+// alike.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace harbor {
+
+// The items of "Free Disk Space".
+enum class CleanupCategory {
+  applicationCaches,
+  applicationLogs,
+  partialDownloads,
+  downloadsFolder,
+  xcodeDeveloperBuilds,
+  xcodeDeveloperArchives,
+  xcodeDeveloperProducts,
+  xcodeDeveloperLogs,
+  crashReporterFiles,
+  mailDownloads,
+  iosSoftwareUpdates,
+  trashCan,
+};
+
+// The items of "Protect Privacy" that erase files.
+enum class PrivacyTarget { finder, safari, googleChrome, firefox, mail, preview, quickTimePlayer };
+
+// What tells a file from all others, as the facts of an item have it; on Linux the device is its major number
+// << 32 with its minor number.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+
+  friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+};
+
+struct CleanupPlace {
+  enum class Take {
+    // The file, or the folder with all that it holds; a link itself.
+    item,
+    // All that the folder holds; the folder stays.
+    contents,
+    // The same of a folder that running programs may be using, file by file. Sockets, pipes, lock files, what
+    // is mounted, `kept` and `filesInUse` stay, and so does a folder that still holds something.
+    contentsInUse,
+    // The direct entries of the folder whose names match one of the shell patterns in `names`.
+    entriesByPattern,
+    // The items at any depth below the folder whose path extension is one of `names`.
+    itemsByExtension,
+    // The regular files at any depth below the folder whose names match one of the shell patterns in `names`,
+    // except `kept` and `filesInUse`; no folder is removed.
+    filesByPattern,
+    // The same of the files directly in the folder, if they belong to the user.
+    ownFilesByPattern,
+    // A trash of the freedesktop rules: the items in "files", the record of each in "info" once its item is
+    // gone, and the sizes that are kept of them.
+    trashedItems,
+    // The extended attributes called `names` of the file, or of the folder and all below it; the files stay.
+    attributes,
+    // What the SQL statements in `names` delete, run one after the other by "sqlite3" on this database. A
+    // path that is no regular file is passed over.
+    databaseRows,
+  };
+
+  std::string path;  // absolute
+  Take take = Take::item;
+  std::vector<std::string> names;  // extensions, patterns, attributes or statements
+  const char* reason = "";         // one sentence: why nothing here is missed
+  // Of what is taken file by file. The absolute paths of items that stay with all they hold, and of folders
+  // that stay with all folders below them, even when they are empty.
+  std::vector<std::string> kept;
+  std::vector<std::string> heldFolders;
+  std::set<FileIdentity> filesInUse;
+};
+
+class CleanupPlaces {
+ public:
+  virtual ~CleanupPlaces() = default;
+
+  // In the order in which they are cleaned; what does not exist may be left out. Asked anew for each cleanup
+  // and each measuring, from any thread.
+  virtual std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const = 0;
+  virtual std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const = 0;
+};
+
+}  // namespace harbor

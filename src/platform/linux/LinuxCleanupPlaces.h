@@ -1,0 +1,14 @@
+// Where a Linux desktop keeps what the cleanups erase.
+#pragma once
+
+#include "platform/CleanupPlaces.h"
+
+namespace harbor {
+
+class LinuxCleanupPlaces : public CleanupPlaces {
+ public:
+  std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const override;
+  std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const override;
+};
+
+}  // namespace harbor

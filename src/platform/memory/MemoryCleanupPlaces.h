@@ -1,0 +1,25 @@
+// The places that a test adds to the cleanups; none until it does.
+#pragma once
+
+#include <map>
+
+#include "platform/CleanupPlaces.h"
+
+namespace harbor {
+
+class MemoryCleanupPlaces : public CleanupPlaces {
+ public:
+  std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const override {
+    const auto places = ofCategory.find(category);
+    return places == ofCategory.end() ? std::vector<CleanupPlace>{} : places->second;
+  }
+  std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const override {
+    const auto places = ofTarget.find(target);
+    return places == ofTarget.end() ? std::vector<CleanupPlace>{} : places->second;
+  }
+
+  std::map<CleanupCategory, std::vector<CleanupPlace>> ofCategory;
+  std::map<PrivacyTarget, std::vector<CleanupPlace>> ofTarget;
+};
+
+}  // namespace harbor
