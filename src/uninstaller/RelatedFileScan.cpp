@@ -56,14 +56,17 @@ void RelatedFileScan::run(RunLoop& runLoop, const Text& text, const ScanRequest&
   };
 
   bool isFirst = true;
-  for (FileUrl& url : search.findRelatedFiles(request.bundlePath, request.bundle)) {
-    if (!isOpen()) return;
-    const std::uint64_t size = sizeOfRelatedFile(url.path);
-    auto caution = isFirst ? std::nullopt : cautions.cautionFor(url);
-    isFirst = false;
-    batch.push_back({{std::move(url), size, false}, std::move(caution)});
-    if (std::chrono::steady_clock::now() - lastDelivery >= kDeliveryInterval) deliver();
-  }
+  search.findRelatedFiles(request.bundlePath, request.bundle, [&](std::vector<FileUrl> urls) {
+    for (FileUrl& url : urls) {
+      if (!isOpen()) return;
+      const std::uint64_t size = sizeOfRelatedFile(url.path);
+      auto caution = isFirst ? std::nullopt : cautions.cautionFor(url);
+      isFirst = false;
+      batch.push_back({{std::move(url), size, false}, std::move(caution)});
+      if (std::chrono::steady_clock::now() - lastDelivery >= kDeliveryInterval) deliver();
+    }
+  });
+  if (!isOpen()) return;
   if (!batch.empty()) deliver();
   runLoop.async([shared] {
     if (shared->isOpen) shared->finished();

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -226,14 +228,20 @@ std::vector<FileUrl> RelatedFileSearch::findInLocation(const SearchLocation& loc
 
 std::vector<FileUrl> RelatedFileSearch::findRelatedFiles(const std::string& bundlePath,
                                                          const BundleInformation& bundle) const {
-  const ApplicationMatcher matcher(applicationIdentity(bundle, text), text);
   std::vector<FileUrl> urls;
+  findRelatedFiles(bundlePath, bundle, [&urls](std::vector<FileUrl> found) {
+    std::move(found.begin(), found.end(), std::back_inserter(urls));
+  });
+  return urls;
+}
+
+void RelatedFileSearch::findRelatedFiles(const std::string& bundlePath, const BundleInformation& bundle,
+                                         const std::function<void(std::vector<FileUrl>)>& found) const {
+  const ApplicationMatcher matcher(applicationIdentity(bundle, text), text);
   for (const SearchLocation& location : searchLocations()) {
     if (mayContinue && !mayContinue()) break;
-    for (FileUrl& url : findInLocation(location, matcher, bundlePath))
-      urls.push_back(std::move(url));
+    found(findInLocation(location, matcher, bundlePath));
   }
-  return urls;
 }
 
 }  // namespace harbor

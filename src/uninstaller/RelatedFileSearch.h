@@ -44,6 +44,10 @@ struct RelatedFileSearch {
   // All items, place after place, in listing order. An item that two places share comes twice.
   std::vector<FileUrl> findRelatedFiles(const std::string& bundlePath, const BundleInformation& bundle) const;
 
+  // The same, each place's items handed over before the next place is listed.
+  void findRelatedFiles(const std::string& bundlePath, const BundleInformation& bundle,
+                        const std::function<void(std::vector<FileUrl>)>& found) const;
+
   // The items of one place.
   std::vector<FileUrl> findInLocation(const SearchLocation& location, const ApplicationMatcher& matcher,
                                       const std::string& bundlePath) const;

@@ -237,6 +237,19 @@ TEST_F(RelatedFileSearchTest, WithoutAHomeFolderTheHomePlacesHangBelowTheRoot) {
   EXPECT_EQ(foundBesides(), Set{"/Library/Preferences/widget.plist"});
 }
 
+TEST_F(RelatedFileSearchTest, HandsOverThePlacesItemsBeforeTheNextPlaceIsListed) {
+  file("/home/Library/Preferences/widget.plist");
+  const RelatedFileSearch search{text, home, top, mayContinue};
+  Strings paths;
+  search.findRelatedFiles(top + "/Applications/Widget.app", bundle, [&](const std::vector<FileUrl>& urls) {
+    for (const FileUrl& url : urls)
+      paths.push_back(url.path.substr(top.size()));
+    if (paths.size() == 1) file("/home/Library/Cookies/widget.madeMeanwhile");
+  });
+  EXPECT_EQ(paths, (Strings{"/Applications/Widget.app", "/home/Library/Preferences/widget.plist",
+                            "/home/Library/Cookies/widget.madeMeanwhile"}));
+}
+
 TEST_F(RelatedFileSearchTest, StopsWhenToldTo) {
   file("/home/Library/Preferences/widget.plist");
   file("/home/.config/widget");
