@@ -9,6 +9,8 @@ import sys
 ALLOWED = {
     "disk/FileRemoval.cpp": {"unlinkat"},  # the gate
     "disk/FileByFileRemoval.cpp": {"unlinkat"},  # the visitor that the gate sends through folders in use
+    # The atomic replacement of a file whose records are taken out, and its own temporary file.
+    "disk/FileRewriting.cpp": {"unlink", "rename"},
     # The settings' own temporary file and its atomic replacement.
     "platform/linux/DurableFile.cpp": {"unlink", "rename", "renameat2"},
     # An item goes to the trash whole, or not at all.

@@ -90,6 +90,13 @@ std::optional<KeyFile> KeyFile::read(const std::string& path) {
   return file;
 }
 
+std::vector<std::string> KeyFile::groups() const {
+  std::vector<std::string> names;
+  for (const auto& group : groups_)
+    names.push_back(group.first);
+  return names;
+}
+
 std::optional<std::string_view> KeyFile::raw(std::string_view group, std::string_view key) const {
   const auto keys = groups_.find(group);
   if (keys == groups_.end()) return std::nullopt;

@@ -18,6 +18,8 @@ class KeyFile {
   // The file's contents; nothing when it cannot be read, is no regular file or is longer than 1 MiB.
   static std::optional<KeyFile> read(const std::string& path);
 
+  // The names of all groups, sorted.
+  std::vector<std::string> groups() const;
   bool hasGroup(std::string_view group) const { return groups_.find(group) != groups_.end(); }
 
   // The value as it stands, escapes included.

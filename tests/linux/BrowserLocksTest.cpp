@@ -1,0 +1,176 @@
+#include "platform/linux/BrowserLocks.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <csignal>
+#include <filesystem>
+
+#include "support/TemporaryFolder.h"
+
+namespace harbor {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string hostName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  gethostname(name.data(), name.size() - 1);
+  return name.data();
+}
+
+// A process that runs until it is dropped: a copy of "sleep" under another name, or one that holds a record
+// lock on a file.
+class Child {
+ public:
+  static Child running(const std::string& program) {
+    fs::copy_file("/bin/sleep", program);
+    std::array<int, 2> started{};
+    EXPECT_EQ(::pipe2(started.data(), O_CLOEXEC), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::execl(program.c_str(), program.c_str(), "1000", nullptr);
+      ::_exit(1);
+    }
+    ::close(started[1]);
+    char byte = 0;
+    EXPECT_EQ(::read(started[0], &byte, 1), 0);  // closed by the start of the other program
+    ::close(started[0]);
+    return Child(child);
+  }
+  static Child locking(const std::string& path) {
+    std::array<int, 2> locked{};
+    EXPECT_EQ(::pipe(locked.data()), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      struct flock lock {};
+      lock.l_type = F_WRLCK;
+      lock.l_whence = SEEK_SET;
+      const int file = ::open(path.c_str(), O_RDWR);
+      const bool isLocked = file >= 0 && ::fcntl(file, F_SETLK, &lock) == 0;
+      (void)!::write(locked[1], isLocked ? "+" : "-", 1);
+      for (;;)
+        ::pause();
+    }
+    char answer = 0;
+    EXPECT_EQ(::read(locked[0], &answer, 1), 1);
+    EXPECT_EQ(answer, '+');
+    ::close(locked[0]);
+    ::close(locked[1]);
+    return Child(child);
+  }
+
+  explicit Child(pid_t process) : process_(process) {}
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+  ~Child() {
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+  }
+
+  std::string number() const { return std::to_string(process_); }
+
+ private:
+  pid_t process_;
+};
+
+// The number of a process that has ended.
+std::string deadProcess() {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ::waitpid(child, nullptr, 0);
+  return std::to_string(child);
+}
+
+struct BrowserLocks : testing::Test {
+  void chromeLock(const std::string& text) const {
+    folder.remove("chrome/SingletonLock");
+    fs::create_symlink(text, chrome + "/SingletonLock");
+  }
+  void firefoxLock(const std::string& text) const {
+    folder.remove("profile/lock");
+    fs::create_symlink(text, profile + "/lock");
+  }
+
+  TemporaryFolder folder;
+  std::string chrome = folder.makeFolder("chrome");
+  std::string profile = folder.makeFolder("profile");
+};
+
+TEST_F(BrowserLocks, NothingIsInUseWithoutALock) {
+  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  EXPECT_FALSE(isFirefoxProfileInUse(folder.path("missing")));
+  EXPECT_FALSE(isChromeFolderInUse(chrome));
+  EXPECT_FALSE(isChromeFolderInUse(folder.path("missing")));
+}
+
+TEST_F(BrowserLocks, AFirefoxProfileIsInUseWhileItsRecordLockIsHeld) {
+  const std::string lock = folder.makeFile("profile/.parentlock");
+  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  {
+    const Child firefox = Child::locking(lock);
+    EXPECT_TRUE(isFirefoxProfileInUse(profile));
+  }
+  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+}
+
+TEST_F(BrowserLocks, AFirefoxLinkThatSpeaksOfAReleasedRecordLockIsStale) {
+  folder.makeFile("profile/.parentlock");
+  const Child firefox = Child::running(folder.path("firefox-esr"));
+  firefoxLock("127.0.0.1:+" + firefox.number());
+  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+}
+
+TEST_F(BrowserLocks, AFirefoxLinkWithoutARecordLockIsJudgedByAddressAndProcess) {
+  {
+    const Child firefox = Child::running(folder.path("firefox-esr"));
+    firefoxLock("127.0.0.1:" + firefox.number());
+    EXPECT_TRUE(isFirefoxProfileInUse(profile));
+    const Child other = Child::running(folder.path("editor"));
+    firefoxLock("127.0.0.1:" + other.number());
+    EXPECT_FALSE(isFirefoxProfileInUse(profile)) << "the number belongs to another program by now";
+  }
+  firefoxLock("127.0.1.1:" + deadProcess());
+  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  firefoxLock("192.0.2.77:" + deadProcess());
+  EXPECT_TRUE(isFirefoxProfileInUse(profile)) << "nothing can be told of a process elsewhere";
+  for (const char* text : {"nonsense", ":", "127.0.0.1:", "127.0.0.1:x", "127.0.0.1:-1", "127.0.0.1:1x"}) {
+    firefoxLock(text);
+    EXPECT_FALSE(isFirefoxProfileInUse(profile)) << text;
+  }
+}
+
+TEST_F(BrowserLocks, AFifoInPlaceOfARecordLockHoldsNothingUp) {
+  ASSERT_EQ(::mkfifo((profile + "/.parentlock").c_str(), 0600), 0);
+  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+}
+
+TEST_F(BrowserLocks, AChromeFolderIsInUseWhileTheProcessThatItsLinkNamesRuns) {
+  {
+    const Child chromium = Child::running(folder.path("chromium"));
+    chromeLock(hostName() + "-" + chromium.number());
+    EXPECT_TRUE(isChromeFolderInUse(chrome));
+    const Child other = Child::running(folder.path("editor"));
+    chromeLock(hostName() + "-" + other.number());
+    EXPECT_FALSE(isChromeFolderInUse(chrome)) << "the number belongs to another program by now";
+  }
+  chromeLock(hostName() + "-" + deadProcess());
+  EXPECT_FALSE(isChromeFolderInUse(chrome));
+}
+
+TEST_F(BrowserLocks, AChromeLinkOfAnotherHostCounts) {
+  chromeLock("no-such-host-here-" + deadProcess());
+  EXPECT_TRUE(isChromeFolderInUse(chrome));
+  for (const char* text : {"nonsense", "-", "host-", "host-x", "host-0"}) {
+    chromeLock(text);
+    EXPECT_FALSE(isChromeFolderInUse(chrome)) << text;
+  }
+}
+
+}  // namespace
+}  // namespace harbor
