@@ -16,7 +16,7 @@ CleanupTools::CleanupTools(const Platform& platform, TWDialog& dialog)
                             status),
       protectPrivacy(protectPrivacyRoutines, access,
                      {dialog, platform.workspace, platform.fileManager, platform.applicationBundles,
-                      platform.cleanupProgress, status, platform.homeFolder}),
+                      platform.cleanupProgress, status, platform.homeFolder, platform.cleanupPlaces}),
       freeDiskSpace(freeDiskSpaceRoutines, access,
                     {dialog, platform.settings, shell, platform.cleanupProgress, status, platform.homeFolder,
                      externalVolumes}) {}

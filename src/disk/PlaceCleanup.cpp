@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/FileUrl.h"
+#include "disk/RecordEditing.h"
 #include "disk/TrashFolder.h"
 
 namespace harbor {
@@ -59,6 +60,10 @@ FolderMeasure measurePlace(const CleanupPlace& place) {
       return measureTrash(place.path);
     case Take::attributes:
     case Take::databaseRows:
+    case Take::database:
+    case Take::profile:
+    case Take::settings:
+    case Take::recentFiles:
       break;
   }
   return {};
@@ -86,8 +91,32 @@ std::optional<std::uint64_t> PlaceCleanup::clean(const CleanupPlace& place) {
     case Take::databaseRows:
       deleteRows(place);
       break;
+    case Take::database:
+      removeDatabase(place.path);
+      break;
+    case Take::profile:
+      break;
+    case Take::settings:
+      edit(place.path,
+           [&place](std::string_view text) { return std::optional(withoutSettings(text, place.names)); });
+      break;
+    case Take::recentFiles:
+      edit(place.path, [&place](std::string_view text) { return withoutRecentFiles(text, place.names); });
+      break;
   }
   return 0;
+}
+
+void PlaceCleanup::removeDatabase(const std::string& path) {
+  removal_.removeItem(path);
+  // A database that stays without its journal would be a broken one.
+  if (factsOfItem(AT_FDCWD, path.c_str())) return;
+  for (const char* companion : {"-wal", "-shm", "-journal"})
+    removal_.removeItem(path + companion);
+}
+
+void PlaceCleanup::edit(const std::string& path, const TextEdit& textEdit) {
+  if (!removal_.refusalForText(path)) rewriteFile(path, textEdit);
 }
 
 void PlaceCleanup::deleteRows(const CleanupPlace& place) {

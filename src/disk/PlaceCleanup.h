@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "disk/FileRemoval.h"
+#include "disk/FileRewriting.h"
 #include "disk/FolderMeasure.h"
 #include "disk/TWDiskUtility.h"
 #include "platform/CleanupPlaces.h"
@@ -12,8 +13,9 @@
 
 namespace harbor {
 
-// What cleaning the place would remove; nothing is changed. Zero for attributes and databases, which no
-// cleanup that counts bytes has among its places.
+// What cleaning the place would remove; nothing is changed. Zero for what only a target of the privacy
+// cleanup, which counts no bytes, has among its places: attributes, databases, profiles and records inside of
+// files.
 FolderMeasure measurePlace(const CleanupPlace& place);
 
 class PlaceCleanup {
@@ -22,11 +24,15 @@ class PlaceCleanup {
       : diskUtility_(diskUtility), removal_(removal), shell_(shell) {}
 
   // The bytes removed; 0 for what is missing or may not be cleaned. Nothing when a removal failed and the
-  // work ended there.
+  // work ended there. A profile is left to the target that knows what it holds.
   std::optional<std::uint64_t> clean(const CleanupPlace& place);
+
+  // Removes a database file and, once it is gone, what SQLite keeps beside it.
+  void removeDatabase(const std::string& path);
 
  private:
   void deleteRows(const CleanupPlace& place);
+  void edit(const std::string& path, const TextEdit& textEdit);
 
   TWDiskUtility& diskUtility_;
   FileRemoval& removal_;

@@ -5,9 +5,12 @@
 
 #include <compare>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
+
+#include "platform/Workspace.h"
 
 namespace harbor {
 
@@ -65,11 +68,20 @@ struct CleanupPlace {
     // What the SQL statements in `names` delete, run one after the other by "sqlite3" on this database. A
     // path that is no regular file is passed over.
     databaseRows,
+    // A database file, and its "-wal", "-shm" and "-journal" once the file itself is gone.
+    database,
+    // The folder of a browser's profile: what the target takes of a profile wherever one lies, databases as
+    // above.
+    profile,
+    // The keys of a settings file whose "Group/key" matches one of the shell patterns in `names`.
+    settings,
+    // The entries of a list of recent files (XBEL) that the programs in `names`, by file name, made or used.
+    recentFiles,
   };
 
   std::string path;  // absolute
   Take take = Take::item;
-  std::vector<std::string> names;  // extensions, patterns, attributes or statements
+  std::vector<std::string> names;  // extensions, patterns, attributes, statements or programs
   const char* reason = "";         // one sentence: why nothing here is missed
   // Of what is taken file by file. The absolute paths of items that stay with all they hold, and of folders
   // that stay with all folders below them, even when they are empty.
@@ -86,6 +98,11 @@ class CleanupPlaces {
   // and each measuring, from any thread.
   virtual std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const = 0;
   virtual std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const = 0;
+
+  // The name of a program that has to be quit before the target's places are cleaned: one of those that run,
+  // or one that has a lock on a place. Nothing when there is none. Main thread only.
+  virtual std::optional<std::string> programUsing(PrivacyTarget target,
+                                                  const std::vector<RunningApplication>& running) const = 0;
 };
 
 }  // namespace harbor

@@ -15,13 +15,15 @@ namespace {
 struct RunningTest {
   const char* bundleIdentifier;
   const char* name;
+  PrivacyTarget target;
 };
 
-constexpr RunningTest kSafari{"com.apple.Safari", "Safari"};
-constexpr RunningTest kChrome{"com.google.Chrome", "Google Chrome"};
-constexpr RunningTest kFirefox{"org.mozilla.firefox", "Firefox"};
-constexpr RunningTest kPreview{"com.apple.Preview", "Preview"};
-constexpr RunningTest kQuickTime{"com.apple.QuickTimePlayerX", "QuickTime Player"};
+constexpr RunningTest kSafari{"com.apple.Safari", "Safari", PrivacyTarget::safari};
+constexpr RunningTest kChrome{"com.google.Chrome", "Google Chrome", PrivacyTarget::googleChrome};
+constexpr RunningTest kFirefox{"org.mozilla.firefox", "Firefox", PrivacyTarget::firefox};
+constexpr RunningTest kPreview{"com.apple.Preview", "Preview", PrivacyTarget::preview};
+constexpr RunningTest kQuickTime{"com.apple.QuickTimePlayerX", "QuickTime Player",
+                                 PrivacyTarget::quickTimePlayer};
 constexpr std::array<RunningTest, 5> kEveryApplication{kSafari, kChrome, kFirefox, kPreview, kQuickTime};
 
 constexpr const char* kSafer = "Your system is safer now!";
@@ -132,11 +134,18 @@ void ProtectPrivacyController::protectPrivacy(const MenuItem& sender) {
     around_.dialog.show("", "OK", target->resultTitle, target->resultMessage, "");
     return;
   }
-  for (const RunningTest& application : target->mustNotRun) {
-    if (!around_.workspace.isRunning(application.bundleIdentifier)) continue;
-    const std::string name = application.name;
-    around_.dialog.show("", "OK", name + " is Running", "Please quit " + name + " and try again.", "");
-    return;
+  if (!target->mustNotRun.empty()) {
+    const auto running = around_.workspace.runningApplications();
+    for (const RunningTest& application : target->mustNotRun) {
+      const auto program = around_.places.programUsing(application.target, running);
+      if (!program && !around_.workspace.isRunning(application.bundleIdentifier)) continue;
+      const std::string name = application.name;
+      std::string text = "Please quit " + name + " and try again.";
+      // Where other programs count as the application, the user must learn which of them to quit.
+      if (program && *program != name) text += "\n\nThe program that is running: " + *program;
+      around_.dialog.show("", "OK", name + " is Running", text, "");
+      return;
+    }
   }
   access_.loadBookmarks();
   if (!access_.promptForHomeFolder(cleanupTextsForHomeFolder(around_.homeFolder()))) return;

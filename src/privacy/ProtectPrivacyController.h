@@ -8,6 +8,7 @@
 #include "alerts/TWDialog.h"
 #include "base/HomeFolder.h"
 #include "platform/ApplicationBundles.h"
+#include "platform/CleanupPlaces.h"
 #include "platform/CleanupProgress.h"
 #include "platform/FileManager.h"
 #include "platform/MenuSection.h"
@@ -26,6 +27,7 @@ class ProtectPrivacyController {
     CleanupProgress& progress;
     CleanupStatus& status;
     HomeFolder homeFolder;
+    const CleanupPlaces& places;
   };
 
   ProtectPrivacyController(TWProtectPrivacy& routines, const TWDiskAccess::Surroundings& access,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -33,6 +34,14 @@ constexpr const char* kFirefoxProfiles = "/Library/Application Support/Firefox/P
 
 constexpr std::array<const char*, 4> kFirefoxProfileItems{"/cookies.sqlite", "/formhistory.sqlite",
                                                           "/sessionstore.jsonlz4", "/favicons.sqlite"};
+
+constexpr const char* kChromeProfile = "/Library/Application Support/Google/Chrome/Default";
+constexpr std::array<const char*, 13> kChromeProfileItems{
+    "/History",          "/History Provider Cache", "/History-journal",
+    "/Cookies",          "/Cookies-journal",        "/Favicons",
+    "/Favicons-journal", "/Current Tabs",           "/Last Session",
+    "/Top Sites",        "/Top Sites-journal",      "/Web Data",
+    "/Web Data-journal"};
 
 // A command on a database that is not there would make an empty one, and one that is a link would change what
 // it leads to.
@@ -76,8 +85,13 @@ void TWProtectPrivacy::run(const char* target, const Steps& steps) {
 }
 
 void TWProtectPrivacy::cleanPlaces(PrivacyTarget target) {
-  for (const CleanupPlace& place : places_.placesOfTarget(target))
-    cleanup_.clean(place);
+  for (const CleanupPlace& place : places_.placesOfTarget(target)) {
+    if (place.take == CleanupPlace::Take::profile) {
+      clearProfile(target, place.path);
+    } else {
+      cleanup_.clean(place);
+    }
+  }
 }
 
 void TWProtectPrivacy::clearAll() {
@@ -127,23 +141,13 @@ void TWProtectPrivacy::clearSafari() {
 
 void TWProtectPrivacy::clearGoogleChrome() {
   using enum Step::Kind;
-  static constexpr std::array<Step, 15> kSteps{{
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/History"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/History Provider Cache"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/History-journal"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Cookies"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Cookies-journal"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Favicons"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Favicons-journal"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Current Tabs"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Last Session"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Top Sites"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Top Sites-journal"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Web Data"},
-      {deleteItem, "/Library/Application Support/Google/Chrome/Default/Web Data-journal"},
+  static constexpr std::array<Step, 2> kSteps{{
       {deleteItem, "/Library/Saved Application State/com.google.Chrome.savedState"},
       {deleteItem, "/Library/Caches/Google/Chrome"},
   }};
+  status_.setWhat("Google Chrome");
+  for (const char* item : kChromeProfileItems)
+    diskUtility_.deleteItem(homeFolder_() + kChromeProfile + item);
   run("Google Chrome", kSteps);
   cleanPlaces(PrivacyTarget::googleChrome);
 }
@@ -157,18 +161,34 @@ void TWProtectPrivacy::clearFirefox() {
   status_.setWhat("Firefox");
   for (const auto& entry : entriesOf(homeFolder_() + kFirefoxProfiles)) {
     const std::string extension = pathExtension(entry.string());
-    if (extension == "default" || extension == "default-release") clearFirefoxProfile(entry.string());
+    if (extension != "default" && extension != "default-release") continue;
+    forgetPlaces(entry.string());
+    for (const char* item : kFirefoxProfileItems)
+      diskUtility_.deleteItem(entry.string() + item);
   }
   run("Firefox", kSteps);
   cleanPlaces(PrivacyTarget::firefox);
 }
 
-void TWProtectPrivacy::clearFirefoxProfile(const std::string& profile) {
+void TWProtectPrivacy::forgetPlaces(const std::string& profile) {
   for (const char* command : {kForgetVisits, kForgetPlaces}) {
     if (isDatabase(profile + "/places.sqlite")) shell_.run(command, profile);
   }
-  for (const char* item : kFirefoxProfileItems)
-    diskUtility_.deleteItem(profile + item);
+}
+
+void TWProtectPrivacy::clearProfile(PrivacyTarget target, const std::string& profile) {
+  const auto remove = [&](const auto& items) {
+    for (const std::string_view item : items) {
+      // A journal goes with its database, and stays with one that cannot be removed.
+      if (!item.ends_with("-journal")) cleanup_.removeDatabase(profile + std::string(item));
+    }
+  };
+  if (target == PrivacyTarget::firefox) {
+    forgetPlaces(profile);
+    remove(kFirefoxProfileItems);
+  } else if (target == PrivacyTarget::googleChrome) {
+    remove(kChromeProfileItems);
+  }
 }
 
 void TWProtectPrivacy::clearMail() {

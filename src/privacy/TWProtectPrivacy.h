@@ -41,7 +41,10 @@ class TWProtectPrivacy {
   template <typename Steps>
   void run(const char* target, const Steps& steps);
   void cleanPlaces(PrivacyTarget target);
-  void clearFirefoxProfile(const std::string& profile);
+  // What remembers the visits and is more than a file to be removed.
+  void forgetPlaces(const std::string& profile);
+  // The folder of a profile wherever the platform found it.
+  void clearProfile(PrivacyTarget target, const std::string& profile);
 
   TWDiskUtility& diskUtility_;
   PlaceCleanup& cleanup_;

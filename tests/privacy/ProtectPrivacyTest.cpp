@@ -45,7 +45,7 @@ struct ProtectPrivacy : testing::Test {
       {platform.settings, platform.propertyLists, platform.folderBookmarks, platform.openPanel, dialog,
        platform.runLoop, platform.fileManager, homeFolder, volumes},
       {dialog, platform.workspace, platform.fileManager, platform.applicationBundles,
-       platform.cleanupProgress, status, homeFolder}};
+       platform.cleanupProgress, status, homeFolder, platform.cleanupPlaces}};
 
   ProtectPrivacy() {
     root.makeFile("bin/pbcopy", "#!/bin/sh\ncat > '" + root.path("clipboard") + "'\n");
@@ -220,6 +220,80 @@ TEST_F(ProtectPrivacy, ARunningApplicationStopsTheFlowBeforeAnythingElse) {
   }
   EXPECT_TRUE(platform.openPanel.shown.empty());
   EXPECT_TRUE(fs::exists(history));
+}
+
+TEST_F(ProtectPrivacy, AProgramOfThePlatformThatUsesThePlacesIsNamedBelowTheTitleOfTheTarget) {
+  const std::string history = file("Library/Safari/History.db");
+  platform.cleanupPlaces.programs = {{PrivacyTarget::googleChrome, "Chromium"},
+                                     {PrivacyTarget::preview, "Document Viewer"}};
+  for (const char* const clicked : {"Google Chrome", "Clear All"}) {
+    platform.alertPanel.shown.clear();
+    run(clicked);
+    ASSERT_EQ(titles(), std::vector<std::string>{"Google Chrome is Running"});
+    EXPECT_EQ(platform.alertPanel.shown[0].text,
+              "Please quit Google Chrome and try again.\n\nThe program that is running: Chromium");
+  }
+  platform.alertPanel.shown.clear();
+  run("Preview");
+  ASSERT_EQ(titles(), std::vector<std::string>{"Preview is Running"});
+  EXPECT_EQ(platform.alertPanel.shown[0].text,
+            "Please quit Preview and try again.\n\nThe program that is running: Document Viewer");
+  EXPECT_TRUE(fs::exists(history));
+}
+
+TEST_F(ProtectPrivacy, AProgramOfTheSameNameIsNotNamedTwice) {
+  platform.cleanupPlaces.programs = {{PrivacyTarget::firefox, "Firefox"}};
+  run("Firefox");
+  ASSERT_EQ(titles(), std::vector<std::string>{"Firefox is Running"});
+  EXPECT_EQ(platform.alertPanel.shown[0].text, "Please quit Firefox and try again.");
+}
+
+TEST_F(ProtectPrivacy, MailAndFinderAskForNoProgramOfThePlatform) {
+  grantHome();
+  platform.cleanupPlaces.programs = {{PrivacyTarget::mail, "Thunderbird"}, {PrivacyTarget::finder, "Files"}};
+  for (const char* const clicked : {"Mail", "Finder"}) {
+    platform.alertPanel.shown.clear();
+    run(clicked);
+    EXPECT_EQ(titles(), (std::vector<std::string>{"Confirm Cleanup", "Cleanup successful"}));
+  }
+}
+
+TEST_F(ProtectPrivacy, AProfileOfThePlatformLosesTheSameFilesWithTheirJournals) {
+  Paths gone;
+  Paths kept{"browser/Bookmarks", "browser/Login Data", "browser/Login Data-journal"};
+  for (const char* name : {"History", "History Provider Cache", "Cookies", "Favicons", "Current Tabs",
+                           "Last Session", "Top Sites", "Web Data"}) {
+    for (const char* end : {"", "-journal", "-wal", "-shm"})
+      gone.insert("browser/" + std::string(name) + end);
+    kept.insert("browser/" + std::string(name) + "-other");
+  }
+  CleanupPlace profile;
+  profile.path = home + "/browser";
+  profile.take = CleanupPlace::Take::profile;
+  platform.cleanupPlaces.ofTarget[PrivacyTarget::googleChrome] = {profile};
+  expectTaken(&TWProtectPrivacy::clearGoogleChrome, gone, kept);
+}
+
+TEST_F(ProtectPrivacy, AProfileOfThePlatformForgetsItsPlaces) {
+  makePlaces("profile");
+  Paths gone;
+  for (const char* name : {"cookies.sqlite", "cookies.sqlite-wal", "formhistory.sqlite-shm",
+                           "sessionstore.jsonlz4", "favicons.sqlite-journal"})
+    gone.insert("profile/" + std::string(name));
+  for (const std::string& name : gone)
+    file(name);
+  file("profile/logins.json");
+  CleanupPlace profile;
+  profile.path = home + "/profile";
+  profile.take = CleanupPlace::Take::profile;
+  platform.cleanupPlaces.ofTarget[PrivacyTarget::firefox] = {profile};
+  const auto before = snapshotOf(home);
+  routines.clearFirefox();
+  auto after = snapshotOf(home);
+  after["profile/places.sqlite"] = before.at("profile/places.sqlite");
+  expectOnlyRemoved(before, after, gone);
+  EXPECT_EQ(sql("profile/places.sqlite", "SELECT count(*) FROM moz_historyvisits"), "0\n");
+  EXPECT_EQ(sql("profile/places.sqlite", "SELECT url FROM moz_places"), "kept\n");
 }
 
 TEST_F(ProtectPrivacy, ClearAllNamesTheFirstRunningApplicationOfTheOrder) {

@@ -61,7 +61,8 @@ std::optional<PropertyList> LinuxApplicationBundles::ownInformation(const std::s
 bool LinuxApplicationBundles::isBundleNamed(const std::string& path, std::string_view bundleName) const {
   if (isDesktopEntry(path)) {
     const MacApplication* application = macApplicationWithBundleName(bundleName);
-    return application && application == macApplicationWithDesktopIdentifier(entries_.identifierOf(path)) &&
+    const MacApplication* own = macApplicationWithDesktopIdentifier(entries_.identifierOf(path));
+    return application && own && (own == application || own->standsInFor == application->bundleIdentifier) &&
            entries_.isOffered(path);
   }
   struct stat status;

@@ -14,6 +14,16 @@ const MacApplication* find(std::string_view text, Matches matches) {
 
 }  // namespace
 
+const MacApplication* macApplicationWithIdentifier(std::string_view bundleIdentifier) {
+  return find(bundleIdentifier,
+              [&](const MacApplication& row) { return row.bundleIdentifier == bundleIdentifier; });
+}
+
+const MacApplication* macApplicationStandingInFor(std::string_view bundleIdentifier) {
+  return find(bundleIdentifier,
+              [&](const MacApplication& row) { return row.standsInFor == bundleIdentifier; });
+}
+
 const MacApplication* macApplicationWithDesktopIdentifier(std::string_view identifier) {
   return find(identifier, [&](const MacApplication& row) {
     return std::count(row.desktopIdentifiers.begin(), row.desktopIdentifiers.end(), identifier) > 0;

@@ -17,6 +17,8 @@ struct MacApplication {
   std::array<std::string_view, 5> desktopIdentifiers;
   // File names of the programs that run.
   std::array<std::string_view, 4> programs;
+  // The bundle identifier of the application whose place it takes where that is not installed; empty: none.
+  std::string_view standsInFor = {};
 };
 
 inline constexpr MacApplication kMacApplications[] = {
@@ -32,7 +34,8 @@ inline constexpr MacApplication kMacApplications[] = {
     {"org.chromium.Chromium",
      "Chromium",
      {"chromium", "chromium-browser", "chromium_chromium", "org.chromium.Chromium"},
-     {"chromium", "chromium-browser"}},
+     {"chromium", "chromium-browser"},
+     "com.google.Chrome"},
     {"org.mozilla.firefox",
      "Firefox",
      {"firefox", "firefox-esr", "firefox_firefox", "org.mozilla.firefox"},
@@ -45,6 +48,10 @@ inline constexpr MacApplication kMacApplications[] = {
     {"com.microsoft.VSCode", "Visual Studio Code", {"code", "code_code", "com.visualstudio.code"}, {"code"}},
     {"com.tidewell.HarborTray", "Harbor Tray", {"com.tidewell.HarborTray"}, {"harbor-tray"}},
 };
+
+// The row of a bundle identifier, and of the application that stands in for it; null when the table has none.
+const MacApplication* macApplicationWithIdentifier(std::string_view bundleIdentifier);
+const MacApplication* macApplicationStandingInFor(std::string_view bundleIdentifier);
 
 // The row of a desktop-entry identifier, or of a program's file name; null when the table has none.
 const MacApplication* macApplicationWithDesktopIdentifier(std::string_view identifier);

@@ -17,9 +17,15 @@ class MemoryCleanupPlaces : public CleanupPlaces {
     const auto places = ofTarget.find(target);
     return places == ofTarget.end() ? std::vector<CleanupPlace>{} : places->second;
   }
+  std::optional<std::string> programUsing(PrivacyTarget target,
+                                          const std::vector<RunningApplication>&) const override {
+    const auto program = programs.find(target);
+    return program == programs.end() ? std::nullopt : std::optional(program->second);
+  }
 
   std::map<CleanupCategory, std::vector<CleanupPlace>> ofCategory;
   std::map<PrivacyTarget, std::vector<CleanupPlace>> ofTarget;
+  std::map<PrivacyTarget, std::string> programs;  // that are using a target's places
 };
 
 }  // namespace harbor
