@@ -455,7 +455,8 @@ class ProtectPrivacy(CleanupCase):
         first_of_all = ("Clear All", "Google Chrome")
         for target, name in (("Firefox", "Firefox"), ("Google Chrome", "Google Chrome"), first_of_all):
             self.tray.choose("Protect Privacy", target)
-            self.answer_alert(f"{name} is Running", f"Please quit {name} and try again.", "OK")
+            meant = "" if name == "Firefox" else "\n\nThe program that is running: Google-Chrome"
+            self.answer_alert(f"{name} is Running", f"Please quit {name} and try again.{meant}", "OK")
         chrome.kill()
         self.tray.choose("Protect Privacy", "Clear All")
         self.answer_alert("Firefox is Running", "Please quit Firefox and try again.", "OK")
@@ -467,6 +468,53 @@ class ProtectPrivacy(CleanupCase):
         self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
         self.press(self.wait_for_alert("Cleanup successful"), "OK")
         self.assert_only_gone(before, PRIVACY["Firefox"][-1], DATABASES["Firefox"])
+
+    def test_takes_chromium_for_google_chrome_where_that_is_not_installed(self):
+        gone = [".config/chromium/Profile 1/History", ".config/chromium/Profile 1/History-journal"]
+        kept = [".config/chromium/Profile 1/Bookmarks", ".config/chromium/Profile 1/Login Data"]
+        for item in gone + kept:
+            self.write(item)
+        chromium = self.install_browser("Chromium", "chromium")
+        self.start()
+        self.tray.choose("Protect Privacy", "Google Chrome")
+        self.answer_alert(
+            "Google Chrome is Running",
+            "Please quit Google Chrome and try again.\n\nThe program that is running: Chromium",
+            "OK",
+        )
+        chromium.kill()
+        self.tray.choose("Protect Privacy", "Google Chrome")
+        self.grant()
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        self.answer_alert("Cleanup successful", SAFER, "OK")
+        self.assertEqual([item for item in gone + kept if (self.home / item).exists()], kept)
+
+    def test_erases_what_programs_of_the_linux_desktop_keep(self):
+        profile = ".mozilla/firefox/a1.default-esr"
+        write_database(self.home / profile / "places.sqlite", PLACES)
+        profiles = self.home / ".mozilla/firefox/profiles.ini"
+        profiles.write_text("[Profile0]\nName=esr\nIsRelative=1\nPath=a1.default-esr\n")
+        player = self.home / ".config/vlc/vlc-qt-interface.conf"
+        player.parent.mkdir()
+        player.write_text("[MainWindow]\nx=1\n[RecentsMRL]\nlist=file:///film.mkv\n")
+        gone = [f"{profile}/cookies.sqlite", f"{profile}/cookies.sqlite-wal", ".local/share/recently-used.xbel"]
+        kept = [f"{profile}/{name}" for name in ("times.json", "key4.db", "logins.json")]
+        for item in gone + kept:
+            self.write(item)
+        download = self.home / "Downloads/letter.pdf"
+        self.write("Downloads/letter.pdf")
+        os.setxattr(download, "user.xdg.origin.url", b"https://seen.example/letter.pdf")
+        self.start()
+        self.tray.choose("Protect Privacy", "Clear All")
+        self.grant()
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        self.answer_alert("Cleanup successful. Logout Required.", SAFER_AFTER_LOGOUT, "OK")
+        self.assertEqual([item for item in gone + kept if (self.home / item).exists()], kept)
+        self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT count(*) FROM moz_historyvisits"), ["0"])
+        self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT count(*) FROM moz_bookmarks"), ["4"])
+        self.assertEqual(player.read_text(), "[MainWindow]\nx=1\n[RecentsMRL]\n")
+        self.assertEqual(os.listxattr(download), [])
+        self.assertEqual(download.read_text(), "what Downloads/letter.pdf says\n")
 
 
 class FreeDiskSpace(CleanupCase):

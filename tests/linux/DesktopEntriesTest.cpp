@@ -138,6 +138,17 @@ TEST_F(DesktopEntriesTest, AnEntryIsTheBundleThatTheTableNames) {
   EXPECT_FALSE(bundles.isBundleNamed(firefox, "Safari.app"));
 }
 
+TEST_F(DesktopEntriesTest, AnEntryIsAlsoTheBundleThatItStandsInFor) {
+  const std::string chromium = add("usr/applications/org.chromium.Chromium.desktop", "Chromium");
+  const std::string chrome = add("usr/applications/google-chrome.desktop", "Google Chrome");
+  const DesktopEntries entries(environment, 0ms);
+  const LinuxApplicationBundles bundles(entries, text);
+  EXPECT_TRUE(bundles.isBundleNamed(chromium, "Google Chrome.app"));
+  EXPECT_TRUE(bundles.isBundleNamed(chromium, "Chromium.app"));
+  EXPECT_FALSE(bundles.isBundleNamed(chrome, "Chromium.app"));
+  EXPECT_FALSE(bundles.isBundleNamed(chromium, "Firefox.app"));
+}
+
 TEST_F(DesktopEntriesTest, StartsAnEntryWithoutAShellAndWithoutThisProgramsFiles) {
   const std::string out = folder.path("out");
   folder.makeFile("bin/tool", "#!/bin/sh\n{ printf '%s|' \"$@\"; ls /proc/self/fd | wc -l; pwd; } >" + out +
