@@ -5,6 +5,8 @@ import re
 
 # What a block's body may not name: the object, the C++ object, an instance variable (_name), a data member (name_).
 STRONG_NAMES = re.compile(r"\bself\b|\bthis\b|(?<![\w.>])_[a-z]\w*|(?<![\w.])[a-z]\w*_(?!\w)")
+# Another name for the object, under which a block would keep it alive.
+SECOND_NAME = re.compile(r"(__weak\s+)?\b[A-Za-z]\w*\s*\*?\s*(?:const\s+)?\b(\w+)\s*=\s*self\s*;")
 # A lambda that runs later has the same duty; it names in its captures what it keeps.
 LATER_LAMBDA = re.compile(r"\bonMainQueue\(\s*\[([^\]]*)\]")
 
@@ -33,6 +35,10 @@ def findings(source):
     for start, body in blocks(text):
         for name in STRONG_NAMES.finditer(body):
             result.append(f"line {text.count(chr(10), 0, start) + 1}: the block names {name.group()}")
+    for name in SECOND_NAME.finditer(text):
+        if not name.group(1):
+            line = text.count("\n", 0, name.start()) + 1
+            result.append(f"line {line}: a second name for the object is not weak: {name.group(2)}")
     for lambda_ in LATER_LAMBDA.finditer(text):
         captures = [capture.strip() for capture in lambda_.group(1).split(",")]
         for capture in captures:

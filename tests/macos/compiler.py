@@ -2,6 +2,7 @@
 library of the machine."""
 
 import pathlib
+import re
 import shutil
 import subprocess
 from concurrent.futures import ThreadPoolExecutor
@@ -12,10 +13,9 @@ BAD = ROOT / "tests/macos/bad"
 CLANG = shutil.which("clang++-14") or shutil.which("clang++")
 DEPLOYMENT_TARGET = "11.0"
 
-COMMON = [
-    "-x", "objective-c++", "-std=c++20", "-fobjc-arc", "-fblocks",
-    "-I", str(ROOT / "src"), "-isystem", str(ROOT / "tests/macos/declarations"),
-]
+DECLARATIONS = ROOT / "tests/macos/declarations"
+OBJECTIVE = ["-x", "objective-c++", "-fobjc-arc", "-fblocks"]
+COMMON = ["-std=c++20", "-I", str(ROOT / "src")]
 WARNINGS = [
     # Methods cannot leave a parameter without a name.
     "-Wall", "-Wextra", "-Wno-unused-parameter", "-Werror", "-Wshadow", "-Wnon-virtual-dtor", "-Woverloaded-virtual",
@@ -24,8 +24,9 @@ WARNINGS = [
 
 
 def library_folders():
-    """The include folders that clang uses for C++ programs of this machine."""
-    answer = subprocess.run([CLANG, "-x", "c++", "-E", "-v", "/dev/null"], capture_output=True, text=True, check=True)
+    """The include folders of LLVM's C++ library, which is the Mac's, and of this machine's C library."""
+    command = [CLANG, "-stdlib=libc++", "-x", "c++", "-E", "-v", "/dev/null"]
+    answer = subprocess.run(command, capture_output=True, text=True, check=True)
     listing = answer.stderr.split("#include <...> search starts here:")[1].split("End of search list.")[0]
     folders = [line.strip() for line in listing.strip().splitlines()]
     # Clang's own folder is found for every target.
@@ -34,14 +35,14 @@ def library_folders():
 
 def linux_target():
     """Types and ownership, with the machine's own target."""
-    return ["-fobjc-runtime=macosx-11"]
+    return ["-fobjc-runtime=macosx-11", "-isystem", str(DECLARATIONS)]
 
 
 def apple_target():
-    """Types and availability for the oldest system that the program runs on. The C++ library is the machine's own; its
-    C library expects two things that clang only sets for Linux."""
+    """Types and availability for the oldest system that the program runs on. The C library is this machine's, cut down
+    to POSIX and what systems had before it; what the Mac adds stands in the declarations."""
     flags = ["-target", f"x86_64-apple-macos{DEPLOYMENT_TARGET}", "-Wunguarded-availability", "-nostdinc++",
-             "-D_GNU_SOURCE", "-U__nonnull"]
+             "-D_DEFAULT_SOURCE", "-D_POSIX_C_SOURCE=200809L", "-U__nonnull", "-isystem", str(DECLARATIONS)]
     for folder in library_folders():
         flags += ["-isystem", folder]
     return flags
@@ -49,7 +50,8 @@ def apple_target():
 
 def diagnose(source, target, mode):
     """What clang has to say about the source; the empty text when it is content."""
-    command = [CLANG, *mode, *target, *COMMON, *WARNINGS, str(source)]
+    language = OBJECTIVE if source.suffix == ".mm" else []
+    command = [CLANG, *mode, *target, *COMMON, *language, *WARNINGS, str(source)]
     answer = subprocess.run(command, capture_output=True, text=True)
     if answer.returncode == 0 and not answer.stderr.strip():
         return ""
@@ -64,9 +66,41 @@ def mac_sources():
     return sorted(SOURCES.rglob("*.mm"))
 
 
-def diagnose_all(target, mode):
-    """Every complaint about a source of the Mac platform, by file name."""
+# What of the sources is not built on the Mac.
+NOT_ON_THE_MAC = {"linux", "memory", "icu", "plist"}
+
+
+def core_sources():
+    """The C++ sources that the Mac's build is made of."""
+    return sorted(path for path in (ROOT / "src").rglob("*.cpp")
+                  if not NOT_ON_THE_MAC.intersection(path.relative_to(ROOT).parts))
+
+
+def portable_sources():
+    """Those of them that Linux builds too."""
+    return [path for path in core_sources() if "macos" not in path.parts]
+
+
+def core_headers():
+    """The headers that the core includes."""
+    return sorted(path for path in (ROOT / "src").rglob("*.h")
+                  if not NOT_ON_THE_MAC.union({"macos"}).intersection(path.relative_to(ROOT).parts))
+
+
+# The headers of POSIX and of older systems that both this machine and the Mac have.
+SYSTEM_HEADERS = {
+    "dirent.h", "fcntl.h", "fnmatch.h", "pwd.h", "spawn.h", "sys/param.h", "sys/stat.h", "sys/wait.h", "unistd.h",
+}
+
+
+def strange_headers(source):
+    """The headers with a name in ".h" in angle brackets that a C++ source includes and the Mac may lack."""
+    included = set(re.findall(r"^\s*#\s*(?:include|import)\s*<([^>]*\.h)>", source.read_text(), re.M))
+    return included - SYSTEM_HEADERS
+
+
+def diagnose_all(sources, target, mode):
+    """Every complaint about these sources, by file name."""
     with ThreadPoolExecutor(2) as pool:
-        sources = mac_sources()
         complaints = pool.map(lambda source: diagnose(source, target, mode), sources)
         return {source.name: text for source, text in zip(sources, complaints) if text}

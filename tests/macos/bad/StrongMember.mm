@@ -1,4 +1,4 @@
-// A queue keeps its owner alive through an instance variable.
+// A timer, a monitor, a queue and an observer keep their owner alive through an instance variable.
 
 #import <AppKit/AppKit.h>
 
@@ -9,10 +9,37 @@
   int _count;
 }
 
-- (void)start {
+- (void)tick {
+}
+
+- (void)startTimer {
+  [NSTimer timerWithTimeInterval:1.0
+                         repeats:YES
+                           block:^(NSTimer* timer) {
+                             ++_count;
+                           }];
+}
+
+- (void)startMonitor {
+  [NSEvent addGlobalMonitorForEventsMatchingMask:NSEventMaskMouseMoved
+                                         handler:^(NSEvent* event) {
+                                           ++_count;
+                                         }];
+}
+
+- (void)queue {
   dispatch_async(dispatch_get_main_queue(), ^{
     ++_count;
   });
+}
+
+- (void)observe {
+  [NSNotificationCenter.defaultCenter addObserverForName:NSApplicationDidChangeScreenParametersNotification
+                                                  object:nil
+                                                   queue:nil
+                                              usingBlock:^(NSNotification* notification) {
+                                                ++_count;
+                                              }];
 }
 
 @end

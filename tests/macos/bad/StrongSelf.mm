@@ -1,4 +1,4 @@
-// A timer keeps its owner alive.
+// A timer, a monitor, a queue and an observer keep their owner alive.
 
 #import <AppKit/AppKit.h>
 
@@ -10,12 +10,34 @@
 - (void)tick {
 }
 
-- (void)start {
+- (void)startTimer {
   [NSTimer timerWithTimeInterval:1.0
                          repeats:YES
                            block:^(NSTimer* timer) {
                              [self tick];
                            }];
+}
+
+- (void)startMonitor {
+  [NSEvent addGlobalMonitorForEventsMatchingMask:NSEventMaskMouseMoved
+                                         handler:^(NSEvent* event) {
+                                           [self tick];
+                                         }];
+}
+
+- (void)queue {
+  dispatch_async(dispatch_get_main_queue(), ^{
+    [self tick];
+  });
+}
+
+- (void)observe {
+  [NSNotificationCenter.defaultCenter addObserverForName:NSApplicationDidChangeScreenParametersNotification
+                                                  object:nil
+                                                   queue:nil
+                                              usingBlock:^(NSNotification* notification) {
+                                                [self tick];
+                                              }];
 }
 
 @end
