@@ -1,6 +1,7 @@
 // An open file descriptor with one owner, closed when the owner goes.
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
@@ -26,6 +27,9 @@ class FileDescriptor {
   // The number for a system call; negative when nothing is open.
   int get() const { return number_; }
   explicit operator bool() const { return number_ >= 0; }
+
+  // Another descriptor of the same open file, not inherited by other programs; empty when there can be none.
+  FileDescriptor duplicate() const { return FileDescriptor(::fcntl(number_, F_DUPFD_CLOEXEC, 0)); }
 
   void reset() {
     if (const int number = std::exchange(number_, -1); number >= 0) ::close(number);

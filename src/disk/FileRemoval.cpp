@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 
 #include "disk/AttributeErasing.h"
@@ -27,7 +28,7 @@ bool isBelow(const std::vector<std::string>& path, const std::vector<std::string
   return path.size() > folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
 }
 
-// Removes whatever the walk finds, folders on the way back.
+// Removes whatever the walk finds, folders on the way back. Two threads may call it.
 class RemovingVisitor : public TreeVisitor {
  public:
   explicit RemovingVisitor(CleanupStatus& status) : status_(status) {}
@@ -103,7 +104,7 @@ class RemovingVisitor : public TreeVisitor {
 
   void readTopAgain() { readsTopAgain_ = true; }
   // Whether an item changed its kind under the walk and may have been left; asking forgets it.
-  bool takeContested() { return std::exchange(contested_, false); }
+  bool takeContested() { return contested_.exchange(false); }
   RemovalOutcome outcome() const {
     RemovalOutcome outcome;
     outcome.bytes = bytes_;
@@ -114,21 +115,22 @@ class RemovingVisitor : public TreeVisitor {
 
  private:
   Verdict fail(int error) {
-    error_ = error;
+    int none = 0;
+    error_.compare_exchange_strong(none, error);
     return Verdict::stop;
   }
   void count(std::uint64_t bytes) {
-    bytes_ += bytes;
-    ++items_;
+    bytes_.fetch_add(bytes, std::memory_order_relaxed);
+    items_.fetch_add(1, std::memory_order_relaxed);
     status_.add(1, bytes);
   }
 
   CleanupStatus& status_;
-  std::uint64_t bytes_ = 0;
-  std::uint64_t items_ = 0;
+  std::atomic<std::uint64_t> bytes_ = 0;
+  std::atomic<std::uint64_t> items_ = 0;
   std::uint64_t itemsBeforePass_ = 0;
-  int error_ = 0;
-  bool contested_ = false;
+  std::atomic<int> error_ = 0;
+  std::atomic<bool> contested_ = false;
   bool readsTopAgain_ = false;
 };
 
@@ -301,7 +303,7 @@ RemovalOutcome FileRemoval::emptyFolder(const std::string& path) {
   if (!folder) return outcome;
   RemovingVisitor visitor(status_);
   visitor.readTopAgain();
-  walkBelow(std::move(folder), FolderReader::Order::byInode, {&visitor});
+  walkBelowInOrder(std::move(folder), FolderReader::Order::byInode, visitor);
   return visitor.outcome();
 }
 

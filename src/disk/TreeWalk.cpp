@@ -2,27 +2,35 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <functional>
+#include <memory>
+#include <span>
 #include <string>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 #include "disk/FolderHandover.h"
+#include "disk/WalkHelp.h"
 
 namespace harbor {
 namespace {
 
 // A level further up than this is closed and found again by its child's "..".
-constexpr std::size_t kOpenLevels = 32;
+constexpr std::size_t kOpenLevels = 16;
 // Deep down the names that wait at each level have to be few.
 constexpr std::size_t kDepthOfLargeBatches = 32;
 constexpr std::size_t kSmallBatch = 4096;
 // A tree of fewer folders is walked faster than a thread is started.
 constexpr std::size_t kFoldersBeforeHelp = 64;
+// Fewer folders or entries of one folder are dealt with faster than a thread is woken.
+constexpr std::ptrdiff_t kFewestSharedFolders = 16;
+constexpr std::size_t kFewestSharedEntries = 256;
 
 FileDescriptor openFolder(int parent, const char* name) {
   return FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
@@ -31,10 +39,11 @@ FileDescriptor openFolder(int parent, const char* name) {
 struct Level {
   FileDescriptor descriptor;  // empty while the level is closed
   ItemFacts facts;
-  std::string name;      // in the level above
-  std::string pending;   // the folders still to be entered, each name ended by a zero byte
-  std::size_t next = 0;  // where the next one starts
-  off_t position = 0;    // where reading goes on when a closed level is opened again
+  std::string name;                     // in the level above
+  std::string pending;                  // the folders still to be entered, each name ended by a zero byte
+  std::size_t next = 0;                 // where the next one starts
+  std::unique_ptr<SharedItems> shared;  // the folders still to be entered instead, while another thread helps
+  off_t position = 0;                   // where reading goes on when a closed level is opened again
   int passes = 1;
   bool isRead = false;
   bool holdsMountPoint = false;
@@ -51,6 +60,9 @@ class Walker {
     firstCrowd_ = std::move(firstCrowd);
   }
 
+  // Another thread that takes items of a folder off this one.
+  void accept(WalkHelp& help) { help_ = &help; }
+
   void walk(FileDescriptor folder, const ItemFacts& facts, std::size_t depth) {
     base_ = depth;
     push(std::move(folder), facts, {});
@@ -65,24 +77,42 @@ class Walker {
     run();
   }
 
- private:
-  void run() {
-    while (!levels_.empty() && !stop_.load(std::memory_order_relaxed)) {
-      Level& level = levels_.back();
-      if (level.next < level.pending.size()) {
-        enterNext();
-        continue;
-      }
-      level.pending.clear();
-      level.next = 0;
-      if (level.isRead) {
-        leave();
+  // Takes items off another walker as long as there are any.
+  void walkShared(SharedItems& items) {
+    base_ = items.depth() - 1;
+    push(items.takeFolder(), items.facts(), {});
+    while (const FolderEntry* const entry = isStopped() ? nullptr : items.takeLast()) {
+      if (items.areFoldersToEnter()) {
+        enter(entry->name);
+        while (levels_.size() > 1 && !isStopped())
+          goOn();
       } else {
-        readOn();
+        visit({levels_.front().descriptor.get(), entry->name, entry->type, items.depth()});
       }
     }
+    items.setRest({levels_.front().holdsMountPoint, std::move(levels_.front().pending)});
     levels_.clear();
   }
+
+ private:
+  void run() {
+    while (!levels_.empty() && !isStopped())
+      goOn();
+    // Another thread may still be using what the levels share.
+    if (help_) help_->waitUntilIdle();
+    levels_.clear();
+  }
+
+  void goOn() {
+    if (enterNext()) return;
+    if (levels_.back().isRead) {
+      leave();
+    } else {
+      readOn();
+    }
+  }
+
+  bool isStopped() const { return stop_.load(std::memory_order_relaxed); }
 
   std::size_t depthOfEntries() const { return base_ + levels_.size(); }
 
@@ -108,16 +138,72 @@ class Walker {
         levels_.size() <= kDepthOfLargeBatches ? FolderReader::kLargestBatch : kSmallBatch;
     const auto result = reader_.read(level.descriptor.get(), batch);
     level.isRead = result.atEnd;
-    for (const FolderEntry& entry : result.entries) {
-      visit({level.descriptor.get(), entry.name, entry.type, depthOfEntries()});
-      if (stop_.load(std::memory_order_relaxed)) return;
+    if (help_ && result.entries.size() >= kFewestSharedEntries && help_->isIdle()) {
+      visitShared(result.entries);
+    } else {
+      for (const FolderEntry& entry : result.entries) {
+        visit({level.descriptor.get(), entry.name, entry.type, depthOfEntries()});
+        if (isStopped()) return;
+      }
     }
+    shareFolders();
   }
 
-  void enterNext() {
+  // Visits the entries of the current folder together with the other thread.
+  void visitShared(std::span<const FolderEntry> entries) {
     Level& level = levels_.back();
-    const char* name = level.pending.data() + level.next;
-    level.next += std::strlen(name) + 1;
+    FileDescriptor folder = level.descriptor.duplicate();
+    const bool canShare = static_cast<bool>(folder);
+    SharedItems shared(std::move(folder), level.facts, depthOfEntries(), entries);
+    if (canShare) help_->take(shared);
+    while (const FolderEntry* const entry = isStopped() ? nullptr : shared.takeFirst())
+      visit({level.descriptor.get(), entry->name, entry->type, depthOfEntries()});
+    help_->waitUntilIdle();
+    level.holdsMountPoint |= shared.rest().holdsMountPoint;
+    level.pending += shared.rest().folders;
+  }
+
+  // Offers the folders that wait in the current one to the other thread.
+  void shareFolders() {
+    Level& level = levels_.back();
+    if (!help_ || !help_->isIdle()) return;
+    if (std::count(level.pending.begin(), level.pending.end(), '\0') < kFewestSharedFolders) return;
+    FileDescriptor folder = level.descriptor.duplicate();
+    if (!folder) return;
+    level.shared = std::make_unique<SharedItems>(std::move(folder), level.facts, depthOfEntries(),
+                                                 std::exchange(level.pending, {}));
+    help_->take(*level.shared);
+  }
+
+  // The next folder to enter in the current one; nothing when none waits there any more.
+  const char* nextFolder() {
+    Level& level = levels_.back();
+    if (level.shared) {
+      if (const FolderEntry* const entry = level.shared->takeFirst()) return entry->name;
+      help_->waitUntilIdle();
+      level.holdsMountPoint |= level.shared->rest().holdsMountPoint;
+      level.shared.reset();
+    }
+    if (level.next < level.pending.size()) {
+      const char* const name = level.pending.data() + level.next;
+      level.next += std::strlen(name) + 1;
+      return name;
+    }
+    level.pending.clear();
+    level.next = 0;
+    return nullptr;
+  }
+
+  // False when no folder waits in the current one any more.
+  bool enterNext() {
+    const char* const name = nextFolder();
+    if (!name) return false;
+    enter(name);
+    return true;
+  }
+
+  void enter(const char* name) {
+    Level& level = levels_.back();
     const int parent = level.descriptor.get();
     FileDescriptor child = openFolder(parent, name);
     std::optional<ItemFacts> facts;
@@ -179,6 +265,7 @@ class Walker {
         stop_ = true;
         return;
       }
+      if (help_) help_->waitUntilIdle();
       do {
         levels_.pop_back();
       } while (!levels_.back().descriptor);
@@ -210,10 +297,21 @@ class Walker {
   std::atomic<bool>& stop_;
   std::vector<Level> levels_;
   std::size_t base_ = 0;
+  WalkHelp* help_ = nullptr;
   FolderHandover* handover_ = nullptr;
   std::function<void()> firstCrowd_;
   std::size_t folders_ = 0;
 };
+
+// Calls the walk with a walker that another thread helps.
+template <typename Walk>
+void walkWithHelp(TreeVisitor& visitor, FolderReader::Order order, const Walk& walk) {
+  std::atomic<bool> stop = false;
+  WalkHelp help([&](SharedItems& items) { Walker(visitor, order, stop).walkShared(items); });
+  Walker walker(visitor, order, stop);
+  walker.accept(help);
+  walk(walker);
+}
 
 }  // namespace
 
@@ -222,11 +320,6 @@ void walkBelow(FileDescriptor folder, FolderReader::Order order, const std::vect
   if (!facts) return;
   std::atomic<bool> stop = false;
   Walker first(*visitors.front(), order, stop);
-  if (visitors.size() == 1) {
-    first.walk(std::move(folder), *facts, 0);
-    return;
-  }
-
   FolderHandover handover;
   const auto takeOver = [&](Walker& walker) {
     while (auto work = handover.next())
@@ -253,12 +346,17 @@ void walkBelow(FileDescriptor folder, FolderReader::Order order, const std::vect
     thread.join();
 }
 
+void walkBelowInOrder(FileDescriptor folder, FolderReader::Order order, TreeVisitor& visitor) {
+  const auto facts = factsOfDescriptor(folder.get());
+  if (!facts) return;
+  walkWithHelp(visitor, order, [&](Walker& walker) { walker.walk(std::move(folder), *facts, 0); });
+}
+
 void walkItem(int parent, const char* name, FolderReader::Order order, TreeVisitor& visitor) {
   FileDescriptor folder(::fcntl(parent, F_DUPFD_CLOEXEC, 0));
   const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
   if (!facts) return;
-  std::atomic<bool> stop = false;
-  Walker(visitor, order, stop).walkOnly(std::move(folder), *facts, name);
+  walkWithHelp(visitor, order, [&](Walker& walker) { walker.walkOnly(std::move(folder), *facts, name); });
 }
 
 }  // namespace harbor

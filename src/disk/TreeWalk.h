@@ -60,7 +60,12 @@ class TreeVisitor {
 // Ends when everything has been visited or a visitor stops.
 void walkBelow(FileDescriptor folder, FolderReader::Order order, const std::vector<TreeVisitor*>& visitors);
 
-// Walks the item of that name in an open folder, and all that lies below it, as depth 1.
+// The same with one visitor that leaves a folder after everything in it. Where a folder holds many items a
+// second thread takes its share of them: the visitor is called from both, with an item from one.
+void walkBelowInOrder(FileDescriptor folder, FolderReader::Order order, TreeVisitor& visitor);
+
+// Walks the item of that name in an open folder, and all that lies below it, as depth 1; like
+// walkBelowInOrder.
 void walkItem(int parent, const char* name, FolderReader::Order order, TreeVisitor& visitor);
 
 }  // namespace harbor

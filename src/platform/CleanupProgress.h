@@ -1,6 +1,7 @@
 // What the user sees while a cleanup runs.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -20,26 +21,30 @@ class CleanupStatus {
   // From now on `what` is being cleaned; the counts go on.
   void setWhat(std::string what) {
     const std::lock_guard lock(mutex_);
-    snapshot_.what = std::move(what);
+    what_ = std::move(what);
   }
   // A cleanup begins: the counts start again.
   void restart() {
     const std::lock_guard lock(mutex_);
-    snapshot_ = {};
+    what_.clear();
+    items_ = 0;
+    bytes_ = 0;
   }
+  // Called for every item, from several threads, so it takes no lock.
   void add(std::uint64_t items, std::uint64_t bytes) {
-    const std::lock_guard lock(mutex_);
-    snapshot_.items += items;
-    snapshot_.bytes += bytes;
+    items_.fetch_add(items, std::memory_order_relaxed);
+    bytes_.fetch_add(bytes, std::memory_order_relaxed);
   }
   Snapshot snapshot() const {
     const std::lock_guard lock(mutex_);
-    return snapshot_;
+    return {what_, items_, bytes_};
   }
 
  private:
   mutable std::mutex mutex_;
-  Snapshot snapshot_;
+  std::string what_;
+  std::atomic<std::uint64_t> items_ = 0;
+  std::atomic<std::uint64_t> bytes_ = 0;
 };
 
 class CleanupProgress {

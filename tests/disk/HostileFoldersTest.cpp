@@ -298,6 +298,43 @@ TEST_F(HostileFolders, AnUnreadableFolderStaysUnlessItIsEmpty) {
   EXPECT_TRUE(fs::exists(home + "/f/closed/a"));
 }
 
+TEST_F(HostileFolders, MountPointsAmongManyFoldersStayWhicheverThreadMeetsThem) {
+  for (int i = 0; i < 120; ++i)
+    file("f/d" + std::to_string(i) + "/e/file", 10);
+  const int mounted[] = {0, 17, 60, 101, 119};
+  const bool permitted = whereItMayMount([&] {
+    const std::string f = home + "/f";
+    for (const int i : mounted) {
+      const std::string place = f + "/d" + std::to_string(i) + "/e";
+      ASSERT_EQ(::mount("none", place.c_str(), "tmpfs", 0, nullptr), 0);
+      root.makeFile("homes/ada/f/d" + std::to_string(i) + "/e/there", "12345");
+    }
+    const auto outcome = removal.emptyFolder(f);
+    EXPECT_EQ(outcome.error, 0);
+    EXPECT_EQ(outcome.items, 115u * 3);
+    for (const int i : mounted)
+      EXPECT_TRUE(fs::exists(f + "/d" + std::to_string(i) + "/e/there"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(f), {}), 5);
+  });
+  ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
+  for (const int i : mounted)
+    EXPECT_TRUE(fs::exists(home + "/f/d" + std::to_string(i) + "/e/file"));
+}
+
+TEST_F(HostileFolders, AFailureInOneOfManyFoldersIsReportedWhicheverThreadMeetsIt) {
+  for (const int locked : {0, 40, 79}) {
+    for (int i = 0; i < 80; ++i)
+      file("f/d" + std::to_string(i) + "/a", 10);
+    const std::string folder = home + "/f/d" + std::to_string(locked);
+    ::chmod(folder.c_str(), 0555);
+    asOrdinaryUser([&] { EXPECT_EQ(removal.emptyFolder(home + "/f").error, EACCES); });
+    EXPECT_TRUE(fs::exists(folder + "/a"));
+    ::chmod(folder.c_str(), 0755);
+    EXPECT_EQ(removal.emptyFolder(home + "/f").error, 0);
+    EXPECT_TRUE(fs::is_empty(home + "/f"));
+  }
+}
+
 TEST_F(HostileFolders, TheFirstFailureEndsTheEmptyingAndNothingOutsideIsTouched) {
   for (int i = 0; i < 10; ++i)
     file("f/locked" + std::to_string(i) + "/a", 10);
@@ -377,8 +414,12 @@ TEST_F(HostileFolders, ALargeFlatFolderIsRemovedWhole) {
   for (int i = 0; i < 5'000; ++i)
     FileDescriptor(::openat(folder.get(), ("a rather long name " + std::to_string(i)).c_str(),
                             O_CREAT | O_WRONLY, 0600));
-  EXPECT_EQ(measureFolder(home + "/f").items, 5'000u);
-  EXPECT_EQ(removal.emptyFolder(home + "/f").items, 5'000u);
+  const auto measure = measureFolder(home + "/f");
+  EXPECT_EQ(measure.items, 5'000u);
+  const auto outcome = removal.emptyFolder(home + "/f");
+  EXPECT_EQ(outcome.items, 5'000u);
+  EXPECT_EQ(outcome.bytes, measure.bytes);
+  EXPECT_EQ(status.snapshot().items, 5'000u);
   EXPECT_TRUE(fs::is_empty(home + "/f"));
 }
 

@@ -4,9 +4,15 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "support/TemporaryFolder.h"
 
@@ -99,6 +105,75 @@ TEST(TreeWalk, SeveralVisitorsSeeEveryItemOnceTogether) {
   for (const auto& visitor : {first, second}) {
     for (const auto& [name, depth] : visitor.depths)
       EXPECT_EQ(depth, name[0] == 'd' ? 1u : name[0] == 'e' ? 2u : 3u) << name;
+  }
+}
+
+// Keeps what it is told by two threads; what it does to the folders is a test's own.
+struct SharedVisitor : TreeVisitor {
+  Verdict found(const Found& item) override {
+    const std::lock_guard lock(mutex);
+    ++items[item.name];
+    depths[item.name] = item.depth;
+    threads.insert(std::this_thread::get_id());
+    if (item.name == stopAt) return Verdict::stop;
+    const auto facts = factsOfItem(item.parent, item.name);
+    return facts && facts->type == ItemType::folder ? Verdict::enter : Verdict::goOn;
+  }
+  void entered(const ItemFacts&, std::size_t) override {}
+  Verdict couldNotEnter(const Found&, int) override { return Verdict::goOn; }
+  Leaving left(const Left& folder) override {
+    const std::lock_guard lock(mutex);
+    leftFolders.emplace_back(folder.depth == 0 ? "top" : folder.name);
+    if (folder.holdsMountPoint) holdMountPoint.insert(leftFolders.back());
+    return Leaving::done;
+  }
+  Verdict lost() override { return Verdict::stop; }
+
+  std::mutex mutex;
+  std::map<std::string, int> items;
+  std::map<std::string, std::size_t> depths;
+  std::set<std::thread::id> threads;
+  std::vector<std::string> leftFolders;
+  std::set<std::string> holdMountPoint;
+  std::string stopAt;
+};
+
+TEST(TreeWalk, TwoThreadsSeeEveryItemOnceAndLeaveAFolderAfterAllInIt) {
+  TemporaryFolder root;
+  for (int i = 0; i < 600; ++i) {
+    root.makeFile("many" + std::to_string(i));
+    root.makeFile("d" + std::to_string(i % 3) + "/e" + std::to_string(i) + "/f" + std::to_string(i));
+  }
+  SharedVisitor visitor;
+  walkBelowInOrder(open(root.path()), FolderReader::Order::byInode, visitor);
+  EXPECT_EQ(visitor.items.size(), 3u + 3 * 600);
+  for (const auto& [name, count] : visitor.items)
+    EXPECT_EQ(count, 1) << name;
+  for (const auto& [name, depth] : visitor.depths)
+    EXPECT_EQ(depth, name[0] == 'f' ? 3u : name[0] == 'e' ? 2u : 1u) << name;
+  ASSERT_EQ(visitor.leftFolders.size(), 604u);
+  EXPECT_EQ(visitor.leftFolders.back(), "top");
+  std::map<std::string, int> leftInside;
+  for (const std::string& name : visitor.leftFolders) {
+    if (name[0] == 'e') ++leftInside["d" + std::to_string(std::stoi(name.substr(1)) % 3)];
+    if (name[0] == 'd') {
+      EXPECT_EQ(leftInside[name], 200) << name;
+    }
+  }
+  EXPECT_LE(visitor.threads.size(), 2u);
+}
+
+TEST(TreeWalk, AStopByEitherOfTwoThreadsEndsTheWalk) {
+  TemporaryFolder root;
+  for (int i = 0; i < 400; ++i)
+    root.makeFile("e" + std::to_string(i) + "/f" + std::to_string(i));
+  for (const char* name : {"f0", "f200", "f399", "e0", "e399"}) {
+    SharedVisitor visitor;
+    visitor.stopAt = name;
+    walkBelowInOrder(open(root.path()), FolderReader::Order::asStored, visitor);
+    EXPECT_EQ(visitor.items[name], 1);
+    EXPECT_TRUE(std::find(visitor.leftFolders.begin(), visitor.leftFolders.end(), "top") ==
+                visitor.leftFolders.end());
   }
 }
 

@@ -1,0 +1,67 @@
+"""Cleanups that take long, and cleanups that are ended in the middle."""
+
+import os
+import signal
+
+from case import wait_for
+from cleanup_case import DATABASES, SAFER, CleanupCase
+
+
+class LongCleanup(CleanupCase):
+    def test_shows_its_progress_and_keeps_answering(self):
+        self.fill_home()
+        # Deleting takes as long as this command, which the cleanup waits for.
+        gate = self.desktop.folder / "gate"
+        gate.touch()
+        command = self.home / "bin/sqlite3"
+        command.parent.mkdir()
+        command.write_text(f"#!/bin/sh\nwhile [ -e '{gate}' ]; do sleep 0.1; done\nexec /usr/bin/sqlite3 \"$@\"\n")
+        command.chmod(0o755)
+        self.desktop.environment["PATH"] = f"{command.parent}:{self.desktop.environment['PATH']}"
+        self.start()
+        before = self.facts()
+        self.tray.choose("Protect Privacy", "Finder")
+        self.grant()
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        window = wait_for("the progress window", lambda: self.screen.windows_of(self.tray.pid))[0]
+        self.assertEqual(window.title(), "Harbor Tray")
+        self.assertIn("Protect Privacy", self.tray.menu().labels())
+        self.tray.choose("Free Disk Space", "Delete All")
+        self.screen.close_window(window)
+        self.assertIn("Protect Privacy", self.tray.menu().labels())
+        self.assertEqual(self.screen.windows_of(self.tray.pid), [window])
+        self.assertEqual(self.facts(), before)
+        gate.unlink()
+        self.answer_alert("Cleanup successful", SAFER, "OK")
+        wait_for("no window", lambda: not self.screen.windows_of(self.tray.pid))
+        self.assert_only_gone(before, [], DATABASES["Finder"])
+
+    def test_that_is_killed_has_touched_nothing_else(self):
+        self.fill_home()
+        caches = self.home / "Library/Caches"
+        for folder in range(300):
+            (caches / f"many{folder}").mkdir()
+            for number in range(150):
+                (caches / f"many{folder}/{number}").touch()
+        self.start()
+        before = self.facts()
+        self.tray.choose("Free Disk Space", "Application Caches")
+        self.grant()
+        dialog = self.wait_for_alert("Confirm Cleanup")
+        entries = len(os.listdir(caches))
+        dialog.find("push button", "Clear").press()
+        while len(os.listdir(caches)) == entries:
+            self.assertTrue(self.tray.is_running())
+        self.tray.stop(signal.SIGKILL)
+        self.assertTrue(os.listdir(caches), "the cleanup had ended before it was killed")
+
+        def outside(facts):
+            return {path: fact for path, fact in facts.items() if not path.startswith("Library/Caches")}
+
+        self.assertEqual(outside(self.facts()), outside(before))
+        self.tray.start()
+        self.tray.choose("Free Disk Space", "Application Caches")
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        self.press(self.wait_for_alert("Cleanup Successful"), "OK")
+        self.assertEqual(os.listdir(caches), [])
+        self.assertEqual(outside(self.facts()), outside(before))
