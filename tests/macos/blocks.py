@@ -8,7 +8,7 @@ STRONG_NAMES = re.compile(r"\bself\b|\bthis\b|(?<![\w.>])_[a-z]\w*|(?<![\w.])[a-
 # Another name for the object, under which a block would keep it alive.
 SECOND_NAME = re.compile(r"(__weak\s+)?\b[A-Za-z]\w*\s*\*?\s*(?:const\s+)?\b(\w+)\s*=\s*self\s*;")
 # A lambda that runs later has the same duty; it names in its captures what it keeps.
-LATER_LAMBDA = re.compile(r"\bonMainQueue\(\s*\[([^\]]*)\]")
+LATER_LAMBDA = re.compile(r"\bonMainRunLoop\(\s*\[([^\]]*)\]")
 
 
 def without_comments_and_texts(source):
@@ -19,7 +19,7 @@ def without_comments_and_texts(source):
 
 def blocks(source):
     """Start and body of each block literal, nested ones included, in a source without comments and texts."""
-    for caret in re.finditer(r"\^\s*(?:\([^(){};]*\)\s*)?\{", source):
+    for caret in re.finditer(r"\^\s*(?:[A-Za-z_][\w\s*]*)?(?:\([^(){};]*\)\s*)?\{", source):
         depth = 0
         for index in range(caret.end() - 1, len(source)):
             depth += {"{": 1, "}": -1}.get(source[index], 0)

@@ -4,6 +4,7 @@
 import pathlib
 import plistlib
 import re
+import shlex
 import subprocess
 import tempfile
 import unittest
@@ -156,6 +157,81 @@ class Bundle(unittest.TestCase):
         self.assertTrue((ROOT / f'packaging/macos/{plist("Info.plist.in")["CFBundleIconFile"]}.icns').exists())
 
 
+class Signing(unittest.TestCase):
+    SCRIPT = ROOT / "packaging/macos/sign-and-notarise"
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.bundle = self.folder / "Harbor Tray.app"
+        self.helper = self.bundle / "Contents/Library/LoginItems/LauncherApplication.app"
+        for bundle in (self.helper, self.bundle):
+            (bundle / "Contents").mkdir(parents=True, exist_ok=True)
+            (bundle / "Contents/Info.plist").touch()
+
+    def run_script(self, *arguments, identity="A Certificate", tools=None):
+        environment = {"PATH": f"{tools}:/usr/bin:/bin" if tools else "/usr/bin:/bin", "NOTARY_PROFILE": "a-profile"}
+        if identity:
+            environment["SIGNING_IDENTITY"] = identity
+        return subprocess.run([str(self.SCRIPT), *arguments], capture_output=True, text=True, env=environment)
+
+    def check(self, commands):
+        self.assertEqual([command[:2] for command in commands], [
+            ["codesign", "--force"], ["codesign", "--force"], ["codesign", "--verify"], ["ditto", "-c"],
+            ["xcrun", "notarytool"], ["xcrun", "stapler"], ["spctl", "--assess"]])
+        # The helper first, each with its own entitlements and for the hardened run time.
+        for command, bundle in zip(commands, (self.helper, self.bundle)):
+            self.assertEqual(command[-1], str(bundle))
+            self.assertEqual(command[command.index("--sign") + 1], "A Certificate")
+            self.assertEqual(command[command.index("--options") + 1], "runtime")
+        entitlements = [pathlib.Path(command[command.index("--entitlements") + 1]) for command in commands[:2]]
+        self.assertEqual([path.name for path in entitlements],
+                         ["LauncherApplication.entitlements", "HarborTray.entitlements"])
+        self.assertTrue(all(path.exists() for path in entitlements))
+        self.assertEqual(commands[3][-1], commands[4][3])
+        self.assertEqual(commands[4][commands[4].index("--keychain-profile") + 1], "a-profile")
+        self.assertIn("--wait", commands[4])
+
+    def test_dry_run_prints_every_command_and_runs_none(self):
+        answer = self.run_script("--dry-run", str(self.bundle))
+        self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+        self.check([shlex.split(line) for line in answer.stdout.splitlines()])
+
+    def stand_in(self, failing=None):
+        """Programs in the place of the Mac's that only note how they are called."""
+        tools = self.folder / "tools"
+        tools.mkdir()
+        for name in ("codesign", "ditto", "xcrun", "spctl"):
+            script = tools / name
+            script.write_text(f"""#!/bin/sh
+printf '%s\\n' {name} "$@" END >> "{self.folder}/calls"
+[ "$1" != "{failing}" ]
+""")
+            script.chmod(0o755)
+        return tools
+
+    def calls(self):
+        text = (self.folder / "calls").read_text()
+        return [call.splitlines() for call in text.replace("END\n", "\0").split("\0")[:-1]]
+
+    def test_commands_are_run_as_the_dry_run_prints_them(self):
+        answer = self.run_script(str(self.bundle), tools=self.stand_in())
+        self.assertEqual((answer.returncode, answer.stdout), (0, ""), answer.stderr)
+        self.check(self.calls())
+
+    def test_nothing_follows_a_command_that_fails(self):
+        self.assertNotEqual(self.run_script(str(self.bundle), tools=self.stand_in("--verify")).returncode, 0)
+        self.assertEqual(self.calls()[-1][:2], ["codesign", "--verify"])
+
+    def test_without_a_certificate_or_the_helper_nothing_is_signed(self):
+        self.assertNotEqual(self.run_script("--dry-run", str(self.bundle), identity=None).returncode, 0)
+        (self.helper / "Contents/Info.plist").unlink()
+        answer = self.run_script("--dry-run", str(self.bundle))
+        self.assertNotEqual(answer.returncode, 0)
+        self.assertEqual(answer.stdout, "")
+
+
 class Configure(unittest.TestCase):
     def configure(self, *options):
         """The build's commands as CMake writes them; nothing is compiled."""
@@ -222,7 +298,7 @@ class BadSources(unittest.TestCase):
 
     def test_block_that_keeps_its_object_fails(self):
         # In the first two a timer, a monitor, a queue and an observer.
-        for name, word, count in (("StrongSelf.mm", "self", 4), ("StrongMember.mm", "_count", 4),
+        for name, word, count in (("StrongSelf.mm", "self", 5), ("StrongMember.mm", "_count", 4),
                                   ("StrongName.mm", "owner", 1), ("StrongThis.mm", "this", 1),
                                   ("StrongDataMember.mm", "count_", 1), ("StrongLambda.mm", "this", 1)):
             with self.subTest(source=name):

@@ -40,7 +40,7 @@ void MacApplication::activateIgnoringOtherApps() {
 }
 
 void MacApplication::terminate() {
-  onMainQueue([] { [NSApp terminate:nil]; });
+  onMainRunLoop([] { [NSApp terminate:nil]; });
 }
 
 std::optional<std::string> MacApplication::bundleIdentifier() const {

@@ -1,5 +1,7 @@
 #import "platform/macos/MacCleanupProgress.h"
 
+#include <memory>
+
 #include "base/ByteCount.h"
 #import "platform/macos/MacValues.h"
 #import "platform/macos/ViewWindow.h"
@@ -68,6 +70,7 @@ void endModalSession() {
 }  // namespace
 
 void MacCleanupProgress::runWhileWorking(const CleanupStatus& status, const std::function<void()>& work) {
+  isWorking_ = true;
   HarborProgressPanel* const progress = [[HarborProgressPanel alloc] init];
   NSPanel* const panel = progress.panel;
   // The session needs a window; until the work has taken a moment nobody sees it.
@@ -86,18 +89,23 @@ void MacCleanupProgress::runWhileWorking(const CleanupStatus& status, const std:
   [NSRunLoop.mainRunLoop addTimer:timer forMode:NSRunLoopCommonModes];
 
   const std::function<void()>* const task = &work;
+  const auto isInSession = std::make_shared<bool>(true);
   dispatch_group_t const group = dispatch_group_create();
   dispatch_group_async(group, dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
-    (*task)();
-    dispatch_async(dispatch_get_main_queue(), ^{
-      endModalSession();
+    @autoreleasepool {
+      (*task)();
+    }
+    onMainRunLoop([isInSession] {
+      if (*isInSession) endModalSession();
     });
   });
   [NSApp runModalForWindow:panel];
+  *isInSession = false;
   // Whatever ended the session, the work runs to its end.
   dispatch_group_wait(group, DISPATCH_TIME_FOREVER);
   [timer invalidate];
   [panel close];
+  isWorking_ = false;
 }
 
 }  // namespace harbor

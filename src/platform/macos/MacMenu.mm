@@ -38,7 +38,11 @@ NSMenuItem* renderItem(const MenuItem& item) {
   if (item.kind == MenuItem::Kind::separator) return [NSMenuItem separatorItem];
   NSString* const title = shownString(item.title);
   NSMenuItem* const result = [[NSMenuItem alloc] initWithTitle:title action:nil keyEquivalent:@""];
-  if (item.kind == MenuItem::Kind::spacer) return result;
+  if (item.kind == MenuItem::Kind::spacer) {
+    // Otherwise the pointer would light up an empty line.
+    result.enabled = NO;
+    return result;
+  }
   if (item.bold) {
     result.attributedTitle = [[NSAttributedString alloc]
         initWithString:title

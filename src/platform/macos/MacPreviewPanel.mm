@@ -19,10 +19,11 @@ namespace harbor {
 void MacPreviewPanel::preview(const FileUrl& item) {
   source_.previewItem = nsUrl(item);
   QLPreviewPanel* const panel = QLPreviewPanel.sharedPreviewPanel;
-  [panel updateController];
-  // A panel that shows already keeps its controller and has to be told of the new item.
-  [panel reloadData];
   [panel makeKeyAndOrderFront:nil];
+  [panel updateController];
+  // A panel that shows already keeps its controller and has to be told of the new item. One that has not
+  // found its controller must not be asked.
+  if (panel.dataSource == source_) [panel reloadData];
 }
 
 }  // namespace harbor

@@ -34,6 +34,8 @@ constexpr double kMargin = 20;
 constexpr double kGap = 8;
 constexpr double kViewWidth = 760;
 constexpr double kViewHeight = 440;
+constexpr double kSmallestTableWidth = 480;
+constexpr double kSmallestTableHeight = 120;
 
 }  // namespace
 
@@ -67,6 +69,8 @@ NSViewController* MacReviewWindow::viewController(HarborPreviewSource* source) {
     [scrollView.leadingAnchor constraintEqualToAnchor:view.leadingAnchor constant:kMargin],
     [scrollView.trailingAnchor constraintEqualToAnchor:view.trailingAnchor constant:-kMargin],
     [scrollView.bottomAnchor constraintEqualToAnchor:fileSelectedInfo_.topAnchor constant:-kGap],
+    [scrollView.widthAnchor constraintGreaterThanOrEqualToConstant:kSmallestTableWidth],
+    [scrollView.heightAnchor constraintGreaterThanOrEqualToConstant:kSmallestTableHeight],
     [fileSelectedInfo_.leadingAnchor constraintEqualToAnchor:scrollView.leadingAnchor],
     [fileSelectedInfo_.bottomAnchor constraintEqualToAnchor:deleteDetailedInfo_.topAnchor constant:-kGap],
     [deleteDetailedInfo_.leadingAnchor constraintEqualToAnchor:scrollView.leadingAnchor],

@@ -20,23 +20,32 @@ Subscription MacRunLoop::repeat(std::chrono::milliseconds interval, std::functio
                                                     (*held)();
                                                   }];
   [NSRunLoop.mainRunLoop addTimer:timer forMode:NSRunLoopCommonModes];
-  return Subscription([timer] { [timer invalidate]; });
+  // A program without windows is put to sleep by the system, and its timers with it.
+  const id<NSObject> activity =
+      [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                   reason:@"A tool of the menu is on"];
+  return Subscription([timer, activity] {
+    [timer invalidate];
+    [NSProcessInfo.processInfo endActivity:activity];
+  });
 }
 
 void MacRunLoop::async(std::function<void()> task) {
-  onMainQueue(std::move(task));
+  onMainRunLoop(std::move(task));
 }
 
 void MacRunLoop::after(std::chrono::milliseconds delay, std::function<void()> task) {
   const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(delay).count();
   dispatch_after(dispatch_time(DISPATCH_TIME_NOW, nanoseconds), dispatch_get_main_queue(), ^{
-    task();
+    onMainRunLoop(task);
   });
 }
 
 void MacRunLoop::background(std::function<void()> task) {
   dispatch_group_async(background_, dispatch_get_global_queue(QOS_CLASS_UTILITY, 0), ^{
-    task();
+    @autoreleasepool {
+      task();
+    }
   });
 }
 

@@ -19,9 +19,13 @@ class MacStatusItem : public StatusItem {
   void setAction(std::function<void()> clicked) override;
   void popUp(Menu menu, Offset offset, std::function<void()> didClose) override;
 
+  // The same as a click on the icon.
+  void openMenu();
+
  private:
   NSStatusItem* item_;
   HarborStatusItemTarget* target_;
+  bool isOpen_ = false;
 };
 
 }  // namespace harbor

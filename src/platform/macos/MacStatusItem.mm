@@ -23,14 +23,14 @@
 }
 
 - (void)statusItemButtonClicked:(id)sender {
-  if (!_clicked || harbor::raiseModalWindow()) return;
+  if (harbor::raiseModalWindow() || !_clicked) return;
   const std::function<void()> clicked = _clicked;
   clicked();
 }
 
-// The chosen item's action is sent after this; the queue is served only then.
+// The chosen item's action is sent after this, and the report comes after that.
 - (void)menuDidClose:(NSMenu*)menu {
-  if (auto didClose = std::exchange(_didClose, nullptr)) harbor::onMainQueue(std::move(didClose));
+  if (auto didClose = std::exchange(_didClose, nullptr)) harbor::onMainRunLoop(std::move(didClose));
 }
 
 @end
@@ -66,15 +66,21 @@ void MacStatusItem::setAction(std::function<void()> clicked) {
 
 void MacStatusItem::popUp(Menu menu, Offset offset, std::function<void()> didClose) {
   NSStatusBarButton* const button = item_.button;
-  if (!button) return;
+  if (!button || isOpen_) return;
   NSMenu* const rendered = renderMenu(menu);
   rendered.delegate = target_;
   [target_ setDidClose:std::move(didClose)];
   const NSRect frame = button.frame;
+  isOpen_ = true;
   [rendered popUpMenuPositioningItem:nil
                           atLocation:NSMakePoint(frame.origin.x + frame.size.width * offset.fractionOfWidth,
                                                  offset.y)
                               inView:button];
+  isOpen_ = false;
+}
+
+void MacStatusItem::openMenu() {
+  [target_ statusItemButtonClicked:item_.button];
 }
 
 }  // namespace harbor

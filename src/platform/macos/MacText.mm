@@ -52,14 +52,22 @@ void appendClusters(std::string_view text, std::vector<std::string_view>& cluste
 std::string MacText::lowercased(std::string_view text) const {
   std::string result;
   forEachRun(
-      text, [&](std::string_view run) { result += textOf(nsString(run).lowercaseString); },
+      text,
+      [&](std::string_view run) {
+        // Long scans on a background thread leave no strings behind.
+        @autoreleasepool {
+          result += textOf(nsString(run).lowercaseString);
+        }
+      },
       [&](std::string_view byte) { result += byte; });
   return result;
 }
 
 std::string MacText::canonical(std::string_view text) const {
-  NSString* const string = nsString(text);
-  return string ? textOf(string.precomposedStringWithCanonicalMapping) : std::string(text);
+  @autoreleasepool {
+    NSString* const string = nsString(text);
+    return string ? textOf(string.precomposedStringWithCanonicalMapping) : std::string(text);
+  }
 }
 
 std::vector<std::string_view> MacText::graphemeClusters(std::string_view text) const {

@@ -42,7 +42,8 @@ Rect flipped(NSRect rect);
 NSPoint flipped(Point point);
 Point flipped(NSPoint point);
 
-// Runs the function on the main thread once the current event has been handled.
-void onMainQueue(std::function<void()> task);
+// Runs the function on the main thread once the current event has been handled. Unlike the main queue, the
+// run loop goes on with what is added while such a function waits in an alert or a panel of its own.
+void onMainRunLoop(std::function<void()> task);
 
 }  // namespace harbor

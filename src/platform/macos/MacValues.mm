@@ -84,10 +84,13 @@ Point flipped(NSPoint point) {
   return {point.x, mainDisplayHeight() - point.y};
 }
 
-void onMainQueue(std::function<void()> task) {
-  dispatch_async(dispatch_get_main_queue(), ^{
-    task();
+void onMainRunLoop(std::function<void()> task) {
+  CFRunLoopPerformBlock(CFRunLoopGetMain(), kCFRunLoopCommonModes, ^{
+    @autoreleasepool {
+      task();
+    }
   });
+  CFRunLoopWakeUp(CFRunLoopGetMain());
 }
 
 }  // namespace harbor

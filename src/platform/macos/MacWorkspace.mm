@@ -15,6 +15,7 @@ ActivationPolicy policyOf(NSRunningApplication* application) {
     case NSApplicationActivationPolicyProhibited:
       return ActivationPolicy::prohibited;
   }
+  return ActivationPolicy::prohibited;  // one that a newer system has
 }
 
 std::optional<RunningApplication> valueOf(NSRunningApplication* application) {

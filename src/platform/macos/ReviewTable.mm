@@ -1,34 +1,61 @@
 #import "platform/macos/ReviewTable.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
+#include <numeric>
+#include <utility>
 
 #include "base/ByteCount.h"
 #import "platform/macos/MacValues.h"
 
 namespace {
 
+// What a column is sorted by: the number, then the text.
+using SortKey = std::pair<std::uint64_t, std::string>;
+
+std::string folderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
+}
+
+std::string lowercased(const std::string& text) {
+  return harbor::textOf(harbor::shownString(text).lowercaseString);
+}
+
+SortKey keyOfCheckbox(const harbor::ReviewRow& row) {
+  return {row.isSelected, ""};
+}
+
+SortKey keyOfName(const harbor::ReviewRow& row) {
+  return {0, row.filePath ? lowercased(harbor::lastPathComponent(row.filePath->path)) : ""};
+}
+
+SortKey keyOfFolder(const harbor::ReviewRow& row) {
+  return {0, row.filePath ? lowercased(folderOf(row.filePath->path)) : ""};
+}
+
+SortKey keyOfSize(const harbor::ReviewRow& row) {
+  return {row.fileSize, ""};
+}
+
 struct Column {
   NSUserInterfaceItemIdentifier __unsafe_unretained identifier;
   NSString* __unsafe_unretained title;
   CGFloat width;
+  SortKey (*key)(const harbor::ReviewRow& row);  // null: the table is not sorted by this column
 };
 
 constexpr std::size_t kNameColumn = 1;
 
 const std::array<Column, 6>& columns() {
-  static const std::array<Column, 6> table{{{@"CheckboxIDCellView", @"Delete", 50},
-                                            {@"NameIDCellView", @"Name", 220},
-                                            {@"FolderIDCellView", @"Folder", 260},
-                                            {@"SizeIDCellView", @"Size", 80},
-                                            {@"RevealIDCellView", @"", 40},
-                                            {@"QuickLookIDCellView", @"", 40}}};
+  static const std::array<Column, 6> table{{{@"CheckboxIDCellView", @"Delete", 50, keyOfCheckbox},
+                                            {@"NameIDCellView", @"Name", 220, keyOfName},
+                                            {@"FolderIDCellView", @"Folder", 260, keyOfFolder},
+                                            {@"SizeIDCellView", @"Size", 80, keyOfSize},
+                                            {@"RevealIDCellView", @"", 40, nullptr},
+                                            {@"QuickLookIDCellView", @"", 40, nullptr}}};
   return table;
-}
-
-std::string folderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
 }
 
 }  // namespace
@@ -36,6 +63,7 @@ std::string folderOf(const std::string& path) {
 @implementation HarborReviewTable {
   NSTableView* _tableView;
   std::vector<harbor::ReviewRow> _rows;
+  std::vector<std::size_t> _order;  // which of the rows stands in each line of the table
   harbor::ReviewWindowEvents _events;
 }
 
@@ -47,6 +75,8 @@ std::string folderOf(const std::string& path) {
     NSTableColumn* const made = [[NSTableColumn alloc] initWithIdentifier:column.identifier];
     made.title = column.title;
     made.width = column.width;
+    if (column.key)
+      made.sortDescriptorPrototype = [NSSortDescriptor sortDescriptorWithKey:column.identifier ascending:YES];
     [_tableView addTableColumn:made];
   }
   _tableView.dataSource = self;
@@ -60,6 +90,7 @@ std::string folderOf(const std::string& path) {
 - (void)setRows:(std::vector<harbor::ReviewRow>)rows {
   const bool isSameCount = rows.size() == _rows.size() && !rows.empty();
   _rows = std::move(rows);
+  [self sort];
   // The same rows in another state keep the table's place.
   if (isSameCount) {
     [_tableView
@@ -72,7 +103,46 @@ std::string folderOf(const std::string& path) {
 
 - (void)appendRows:(std::vector<harbor::ReviewRow>)rows {
   _rows.insert(_rows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
-  [_tableView noteNumberOfRowsChanged];
+  [self sort];
+  // New rows stand at the end only while the table is not sorted.
+  if (_tableView.sortDescriptors.count > 0) {
+    [_tableView reloadData];
+  } else {
+    [_tableView noteNumberOfRowsChanged];
+  }
+}
+
+// Only the table's lines are sorted; without a sorted column they stand in the order of the rows.
+- (void)sort {
+  _order.resize(_rows.size());
+  std::iota(_order.begin(), _order.end(), std::size_t{0});
+  NSSortDescriptor* const descriptor = _tableView.sortDescriptors.firstObject;
+  NSString* const identifier = descriptor.key;
+  for (const Column& column : columns()) {
+    if (!column.key || ![column.identifier isEqualToString:identifier ? identifier : @""]) continue;
+    std::vector<SortKey> keys;
+    for (const harbor::ReviewRow& row : _rows)
+      keys.push_back(column.key(row));
+    const bool isAscending = descriptor.ascending;
+    std::stable_sort(_order.begin(), _order.end(), [&](std::size_t a, std::size_t b) {
+      return isAscending ? keys[a] < keys[b] : keys[b] < keys[a];
+    });
+  }
+}
+
+// A header's clicks sort upwards, downwards and no more.
+- (void)tableView:(NSTableView*)tableView
+    sortDescriptorsDidChange:(NSArray<NSSortDescriptor*>*)oldDescriptors {
+  NSSortDescriptor* const now = tableView.sortDescriptors.firstObject;
+  NSSortDescriptor* const before = oldDescriptors.firstObject;
+  NSString* const key = now.key;
+  if (key && [key isEqual:before.key] && now.ascending && !before.ascending) {
+    // This comes here once more.
+    tableView.sortDescriptors = @[];
+    return;
+  }
+  [self sort];
+  [tableView reloadData];
 }
 
 - (NSInteger)numberOfRowsInTableView:(NSTableView*)tableView {
@@ -83,12 +153,13 @@ std::string folderOf(const std::string& path) {
     viewForTableColumn:(NSTableColumn*)tableColumn
                    row:(NSInteger)row {
   NSUserInterfaceItemIdentifier const identifier = tableColumn.identifier;
-  const auto index = static_cast<std::size_t>(row);
-  if (!identifier || index >= _rows.size()) return nil;
+  const auto line = static_cast<std::size_t>(row);
+  if (!identifier || line >= _order.size()) return nil;
+  const std::size_t index = _order[line];
   NSControl* const made = [tableView makeViewWithIdentifier:identifier owner:nil];
   NSControl* const cell = made ? made : [self cellWithIdentifier:identifier];
   [self show:_rows[index] in:cell];
-  cell.tag = row;
+  cell.tag = static_cast<NSInteger>(index);
   return cell;
 }
 
@@ -107,6 +178,7 @@ std::string folderOf(const std::string& path) {
   } else {
     NSTextField* const label = [NSTextField labelWithString:@""];
     label.lineBreakMode = NSLineBreakByTruncatingMiddle;
+    if ([identifier isEqualToString:@"SizeIDCellView"]) label.alignment = NSTextAlignmentRight;
     cell = label;
   }
   cell.identifier = identifier;
@@ -155,9 +227,7 @@ std::string folderOf(const std::string& path) {
   if (row >= _rows.size()) return;
   _rows[row].isSelected = isSelected;
   __weak HarborReviewTable* const weakSelf = self;
-  dispatch_async(dispatch_get_main_queue(), ^{
-    [weakSelf reportRow:row selected:isSelected];
-  });
+  harbor::onMainRunLoop([weakSelf, row, isSelected] { [weakSelf reportRow:row selected:isSelected]; });
 }
 
 - (void)reportRow:(std::size_t)row selected:(bool)isSelected {

@@ -21,9 +21,7 @@
 // The report comes after the window has finished closing, so that it may be destroyed by it.
 - (void)windowWillClose:(NSNotification*)notification {
   __weak HarborWindowDelegate* const weakSelf = self;
-  dispatch_async(dispatch_get_main_queue(), ^{
-    [weakSelf reportClosed];
-  });
+  harbor::onMainRunLoop([weakSelf] { [weakSelf reportClosed]; });
 }
 
 @end

@@ -6,6 +6,7 @@
 
 #include "app/AppDelegate.h"
 #include "platform/macos/MacPlatform.h"
+#import "platform/macos/MacValues.h"
 
 @interface HarborApplicationDelegate : NSObject <NSApplicationDelegate>
 @end
@@ -22,8 +23,24 @@
   _controller->applicationDidFinishLaunching();
 }
 
+// What a cleanup deletes on its thread belongs to the controller; the user logs out once it is done.
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender {
+  return _platform && _platform->cleanupProgress.isWorking() ? NSTerminateCancel : NSTerminateNow;
+}
+
+// The program was started a second time.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows {
+  __weak HarborApplicationDelegate* const weakSelf = self;
+  harbor::onMainRunLoop([weakSelf] { [weakSelf openMenu]; });
+  return NO;
+}
+
+- (void)openMenu {
+  if (_platform) _platform->statusItem.openMenu();
+}
+
 - (void)applicationWillTerminate:(NSNotification*)notification {
-  _controller->applicationWillTerminate();
+  if (_controller) _controller->applicationWillTerminate();
   _controller.reset();
   _platform.reset();
 }

@@ -5,7 +5,7 @@
 class Counter {
  public:
   void start() {
-    harbor::onMainQueue([this] { ++count_; });
+    harbor::onMainRunLoop([this] { ++count_; });
   }
 
  private:

@@ -1,4 +1,4 @@
-// A timer, a monitor, a queue and an observer keep their owner alive.
+// A timer, two monitors, a queue and an observer keep their owner alive.
 
 #import <AppKit/AppKit.h>
 
@@ -23,6 +23,14 @@
                                          handler:^(NSEvent* event) {
                                            [self tick];
                                          }];
+}
+
+- (void)startMonitorWithAnswer {
+  [NSEvent addLocalMonitorForEventsMatchingMask:NSEventMaskKeyDown
+                                        handler:^NSEvent*(NSEvent* event) {
+                                          [self tick];
+                                          return event;
+                                        }];
 }
 
 - (void)queue {

@@ -30,10 +30,13 @@ NSURL* programUrl() {
     [NSApp terminate:nil];
     return;
   }
-  [[NSDistributedNotificationCenter defaultCenter] addObserver:self
-                                                      selector:@selector(killLauncher:)
-                                                          name:kKillLauncher
-                                                        object:kProgramIdentifier];
+  // This program is never active, and what comes meanwhile would otherwise wait until it is.
+  [[NSDistributedNotificationCenter defaultCenter]
+             addObserver:self
+                selector:@selector(killLauncher:)
+                    name:kKillLauncher
+                  object:kProgramIdentifier
+      suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
   [NSWorkspace.sharedWorkspace openApplicationAtURL:program
                                       configuration:[NSWorkspaceOpenConfiguration configuration]
                                   completionHandler:^(NSRunningApplication*, NSError* error) {

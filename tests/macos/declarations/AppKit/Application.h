@@ -29,6 +29,7 @@ HARBOR_EXPORT NSNotificationName const NSApplicationDidChangeScreenParametersNot
 - (void)applicationWillTerminate:(NSNotification*)notification;
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender;
 - (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)sender;
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows;
 @end
 
 @interface NSResponder : NSObject
@@ -51,13 +52,16 @@ HARBOR_EXPORT NSNotificationName const NSApplicationDidChangeScreenParametersNot
 HARBOR_EXPORT NSApplication* _Null_unspecified NSApp;
 
 typedef HARBOR_ENUM(NSUInteger, NSEventType){
-    NSEventTypeLeftMouseUp = 2,      NSEventTypeRightMouseUp = 4,      NSEventTypeMouseMoved = 5,
-    NSEventTypeLeftMouseDragged = 6, NSEventTypeRightMouseDragged = 7, NSEventTypeApplicationDefined = 15,
+    NSEventTypeLeftMouseUp = 2,         NSEventTypeRightMouseUp = 4,
+    NSEventTypeMouseMoved = 5,          NSEventTypeKeyDown = 10,
+    NSEventTypeLeftMouseDragged = 6,    NSEventTypeRightMouseDragged = 7,
+    NSEventTypeApplicationDefined = 15,
 };
 typedef HARBOR_OPTIONS(unsigned long long, NSEventMask){
     NSEventMaskLeftMouseUp = 1ULL << NSEventTypeLeftMouseUp,
     NSEventMaskRightMouseUp = 1ULL << NSEventTypeRightMouseUp,
     NSEventMaskMouseMoved = 1ULL << NSEventTypeMouseMoved,
+    NSEventMaskKeyDown = 1ULL << NSEventTypeKeyDown,
     NSEventMaskLeftMouseDragged = 1ULL << NSEventTypeLeftMouseDragged,
     NSEventMaskRightMouseDragged = 1ULL << NSEventTypeRightMouseDragged,
 };
@@ -68,6 +72,11 @@ typedef NSUInteger NSEventModifierFlags;
 @property(class, readonly) NSPoint mouseLocation;
 + (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask
                                              handler:(void (^)(NSEvent* event))handler HARBOR_SINCE(10.6);
++ (nullable id)addLocalMonitorForEventsMatchingMask:(NSEventMask)mask
+                                            handler:(NSEvent* _Nullable (^)(NSEvent* event))handler
+    HARBOR_SINCE(10.6);
+@property(readonly) unsigned short keyCode;
+@property(nullable, readonly, weak) NSWindow* window;
 + (void)removeMonitor:(id)monitor HARBOR_SINCE(10.6);
 + (nullable NSEvent*)otherEventWithType:(NSEventType)type
                                location:(NSPoint)location

@@ -17,6 +17,8 @@ enum : NSControlStateValue {
 @property(nullable) SEL action;
 @property NSInteger tag;
 @property(getter=isEnabled) BOOL enabled;
+@property NSTextAlignment alignment;
+- (void)performClick:(nullable id)sender;
 @property(copy) NSString* stringValue;
 - (NSInteger)sendActionOn:(NSEventMask)mask;
 @end
@@ -92,11 +94,14 @@ typedef NSString* NSUserInterfaceItemIdentifier;
 @property(copy) NSUserInterfaceItemIdentifier identifier;
 @property(copy) NSString* title;
 @property CGFloat width;
+@property(nullable, copy) NSSortDescriptor* sortDescriptorPrototype;
 @end
 
 @protocol NSTableViewDataSource <NSObject>
 @optional
 - (NSInteger)numberOfRowsInTableView:(NSTableView*)tableView;
+- (void)tableView:(NSTableView*)tableView
+    sortDescriptorsDidChange:(NSArray<NSSortDescriptor*>*)oldDescriptors;
 @end
 @protocol NSTableViewDelegate <NSObject>
 @optional
@@ -108,6 +113,7 @@ typedef NSString* NSUserInterfaceItemIdentifier;
 @interface NSTableView : NSControl
 @property(nullable, weak) id<NSTableViewDataSource> dataSource;
 @property(nullable, weak) id<NSTableViewDelegate> delegate;
+@property(copy) NSArray<NSSortDescriptor*>* sortDescriptors;
 - (void)addTableColumn:(NSTableColumn*)column;
 - (nullable __kindof NSView*)makeViewWithIdentifier:(NSUserInterfaceItemIdentifier)identifier
                                               owner:(nullable id)owner HARBOR_SINCE(10.7);

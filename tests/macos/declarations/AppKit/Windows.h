@@ -97,6 +97,7 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 @end
 @interface NSLayoutDimension : NSLayoutAnchor <NSLayoutDimension*>
 - (NSLayoutConstraint*)constraintEqualToConstant:(CGFloat)c;
+- (NSLayoutConstraint*)constraintGreaterThanOrEqualToConstant:(CGFloat)c;
 @end
 
 @interface NSView : NSResponder
@@ -150,6 +151,7 @@ enum : NSModalResponse { NSAlertFirstButtonReturn = 1000 };
 @property(nullable, readonly, strong) NSButton* suppressionButton HARBOR_SINCE(10.5);
 @property(readonly, copy) NSArray<NSButton*>* buttons;
 - (NSButton*)addButtonWithTitle:(NSString*)title;
+@property(readonly, strong) NSWindow* window;
 - (NSModalResponse)runModal;
 @end
 

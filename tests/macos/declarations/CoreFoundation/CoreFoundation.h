@@ -24,4 +24,11 @@ HARBOR_EXPORT CFTypeID CFBooleanGetTypeID(void);
 HARBOR_EXPORT Boolean CFNumberIsFloatType(CFNumberRef number);
 HARBOR_EXPORT const CFStringRef kCFBundleNameKey;
 
+typedef struct __CFRunLoop* CFRunLoopRef;
+HARBOR_EXPORT const CFStringRef kCFRunLoopCommonModes;
+HARBOR_EXPORT CFRunLoopRef CFRunLoopGetMain(void);
+HARBOR_EXPORT void CFRunLoopPerformBlock(CFRunLoopRef runLoop, CFTypeRef mode, void (^block)(void))
+    HARBOR_SINCE(10.6);
+HARBOR_EXPORT void CFRunLoopWakeUp(CFRunLoopRef runLoop);
+
 HARBOR_NONNULL_END

@@ -182,6 +182,12 @@ typedef HARBOR_OPTIONS(NSUInteger, NSStringEnumerationOptions){
 - (void)setObject:(nullable ObjectType)object forKeyedSubscript:(KeyType<NSCopying>)key;
 @end
 
+@interface NSSortDescriptor : NSObject <NSCopying, NSSecureCoding>
++ (instancetype)sortDescriptorWithKey:(nullable NSString*)key ascending:(BOOL)ascending HARBOR_SINCE(10.6);
+@property(nullable, readonly, copy) NSString* key;
+@property(readonly) BOOL ascending;
+@end
+
 @interface NSIndexSet : NSObject
 + (instancetype)indexSetWithIndex:(NSUInteger)value;
 + (instancetype)indexSetWithIndexesInRange:(NSRange)range;

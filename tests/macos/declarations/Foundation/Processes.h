@@ -43,13 +43,34 @@ typedef NSString* NSNotificationName;
 - (void)removeObserver:(id)observer;
 @end
 
+typedef HARBOR_ENUM(NSUInteger, NSNotificationSuspensionBehavior){
+    NSNotificationSuspensionBehaviorDeliverImmediately = 4,
+};
 @interface NSDistributedNotificationCenter : NSNotificationCenter
 + (NSDistributedNotificationCenter*)defaultCenter;
 - (void)addObserver:(id)observer
            selector:(SEL)selector
                name:(nullable NSNotificationName)name
              object:(nullable NSString*)object;
+- (void)addObserver:(id)observer
+              selector:(SEL)selector
+                  name:(nullable NSNotificationName)name
+                object:(nullable NSString*)object
+    suspensionBehavior:(NSNotificationSuspensionBehavior)suspensionBehavior;
 - (void)postNotificationName:(NSNotificationName)name object:(nullable NSString*)object;
+@end
+
+typedef HARBOR_OPTIONS(uint64_t, NSActivityOptions){
+    NSActivityIdleSystemSleepDisabled = (1ULL << 20),
+    NSActivityUserInitiated = (0x00FFFFFFULL | NSActivityIdleSystemSleepDisabled),
+    NSActivityUserInitiatedAllowingIdleSystemSleep = (NSActivityUserInitiated &
+                                                      ~NSActivityIdleSystemSleepDisabled),
+};
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options
+                                  reason:(NSString*)reason HARBOR_SINCE(10.9);
+- (void)endActivity:(id<NSObject>)activity HARBOR_SINCE(10.9);
 @end
 
 HARBOR_NONNULL_END
