@@ -4,8 +4,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/PropertyList.h"
+#include "platform/RelatedPlace.h"
 
 namespace harbor {
 
@@ -30,6 +32,15 @@ class ApplicationBundles {
   // "CFBundleDisplayName", "CFBundleName", "CFBundleExecutable"). Nothing for a bundle folder, whose
   // Info.plist the caller reads, and for what is no application.
   virtual std::optional<PropertyList> ownInformation(const std::string& path) const = 0;
+
+  // Names that the application gives its files and that are compared as a whole: a file has the name, or goes
+  // on with a point behind it. A name, executable or identifier that is written like one of them is not
+  // compared by its beginning as well.
+  virtual std::vector<std::string> wholeNames(const std::string& path) const = 0;
+
+  // The places of the platform's own that hold files of the application, in the order in which they are
+  // searched, behind the places that every platform has.
+  virtual std::vector<RelatedPlace> relatedPlaces(const std::string& path) const = 0;
 
   // Whether the entry of an applications folder is the application that is installed under this bundle name
   // ("Firefox.app") elsewhere.

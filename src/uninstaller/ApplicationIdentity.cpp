@@ -76,25 +76,31 @@ std::size_t cutIndex(const std::vector<std::string>& components, const std::vect
 BundleInformation bundleInformationOf(const std::string& path, const ApplicationBundles& bundles,
                                       const PropertyListCoder& propertyLists) {
   const auto information = informationOfBundle(path, bundles, propertyLists);
-  return {textOfInformation(information, "CFBundleDisplayName"),
-          textOfInformation(information, "CFBundleName"),
-          textOfInformation(information, "CFBundleExecutable"), bundles.localizedDisplayName(path),
-          textOfInformation(information, "CFBundleIdentifier")};
+  return {
+      textOfInformation(information, "CFBundleDisplayName"), textOfInformation(information, "CFBundleName"),
+      textOfInformation(information, "CFBundleExecutable"),  bundles.localizedDisplayName(path),
+      textOfInformation(information, "CFBundleIdentifier"),  bundles.wholeNames(path)};
 }
 
 ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const Text& text) {
   ApplicationIdentity identity;
   std::vector<std::string>& names = identity.names;
+  const auto isWholeName = [&](const std::optional<std::string>& name) {
+    return std::find(bundle.wholeNames.begin(), bundle.wholeNames.end(), name) != bundle.wholeNames.end();
+  };
+  const auto append = [&](const std::optional<std::string>& name) {
+    if (name && !isWholeName(name)) names.push_back(*name);
+  };
   // The lower-cased candidate is compared with entries in their own case, so a name with capitals is appended
   // again: a duplicate does no harm.
   const auto appendUnlessHeld = [&](const std::optional<std::string>& name) {
-    if (name && std::find(names.begin(), names.end(), text.lowercased(*name)) == names.end())
-      names.push_back(*name);
+    if (name && std::find(names.begin(), names.end(), text.lowercased(*name)) == names.end()) append(name);
   };
-  if (bundle.displayName) names.push_back(*bundle.displayName);
+  identity.wholeNames = bundle.wholeNames;
+  append(bundle.displayName);
   appendUnlessHeld(bundle.name);
   appendUnlessHeld(bundle.executable);
-  if (bundle.localizedDisplayName) names.push_back(*bundle.localizedDisplayName);
+  append(bundle.localizedDisplayName);
   if (!bundle.identifier || bundle.identifier->empty()) return identity;
 
   identity.bundleIdentifier = bundle.identifier;
@@ -104,7 +110,7 @@ ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const T
     identity.bundlePrefix = joinWithPoints(components, cut);
     identity.bundleTail.emplace(components.begin() + static_cast<std::ptrdiff_t>(cut), components.end());
   }
-  names.push_back(*bundle.identifier);
+  append(bundle.identifier);
   return identity;
 }
 
@@ -112,6 +118,8 @@ ApplicationMatcher::ApplicationMatcher(ApplicationIdentity identity, const Text&
     : identity_(std::move(identity)), text_(text) {
   for (const std::string& name : identity_.names)
     names_.push_back(needle(folded(name)));
+  for (const std::string& name : identity_.wholeNames)
+    wholeNames_.push_back(folded(name));
   if (identity_.bundlePrefix) {
     prefix_ = needle(text_.canonical(*identity_.bundlePrefix));
     for (const std::string& component : *identity_.bundleTail)
@@ -121,8 +129,12 @@ ApplicationMatcher::ApplicationMatcher(ApplicationIdentity identity, const Text&
   if (identity_.bundleIdentifier) identifier_ = needle(folded(*identity_.bundleIdentifier));
 }
 
+std::string foldedName(std::string_view name, const Text& text) {
+  return isPlainText(name) ? plainLowercased(name) : text.canonical(text.lowercased(name));
+}
+
 std::string ApplicationMatcher::folded(std::string_view text) const {
-  return isPlainText(text) ? plainLowercased(text) : text_.canonical(text_.lowercased(text));
+  return foldedName(text, text_);
 }
 
 ApplicationMatcher::Needle ApplicationMatcher::needle(const std::string& text) const {
@@ -133,7 +145,17 @@ ApplicationMatcher::Needle ApplicationMatcher::needle(const std::string& text) c
 }
 
 bool ApplicationMatcher::matchesApplication(std::string_view entryName) const {
-  return isPlainText(entryName) ? matchesPlain(entryName) : matchesClusters(entryName);
+  return isWholeName(entryName) ||
+         (isPlainText(entryName) ? matchesPlain(entryName) : matchesClusters(entryName));
+}
+
+bool ApplicationMatcher::isWholeName(std::string_view entryName) const {
+  if (wholeNames_.empty()) return false;
+  const std::string entry = folded(entryName);
+  return std::any_of(wholeNames_.begin(), wholeNames_.end(), [&entry](const std::string& name) {
+    return !name.empty() && entry.starts_with(name) &&
+           (entry.size() == name.size() || entry[name.size()] == '.');
+  });
 }
 
 bool ApplicationMatcher::containsBundleIdentifier(std::string_view entryName) const {

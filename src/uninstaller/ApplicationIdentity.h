@@ -20,6 +20,8 @@ struct BundleInformation {
   std::optional<std::string> executable;            // Info.plist: "CFBundleExecutable"
   std::optional<std::string> localizedDisplayName;  // "CFBundleDisplayName" in the user's language
   std::optional<std::string> identifier;            // the bundle identifier; an empty one counts as none
+  std::vector<std::string> wholeNames = {};         // see ApplicationBundles
+  std::vector<RelatedPlace> relatedPlaces = {};     // see ApplicationBundles; only the search needs them
 };
 
 struct ApplicationIdentity {
@@ -27,6 +29,7 @@ struct ApplicationIdentity {
   std::optional<std::string> bundlePrefix;  // the identifier's leading components, joined with "."
   std::optional<std::vector<std::string>> bundleTail;  // the remaining components
   std::optional<std::string> bundleIdentifier;
+  std::vector<std::string> wholeNames = {};  // compared as a whole, where the platform knows such names
 
   friend bool operator==(const ApplicationIdentity&, const ApplicationIdentity&) = default;
 };
@@ -36,6 +39,9 @@ BundleInformation bundleInformationOf(const std::string& path, const Application
                                       const PropertyListCoder& propertyLists);
 
 ApplicationIdentity applicationIdentity(const BundleInformation& bundle, const Text& text);
+
+// The form in which names are compared without regard to case: lower-cased, in canonical composition.
+std::string foldedName(std::string_view name, const Text& text);
 
 // The matching rule, prepared once for one identity. Names are compared without regard to case by extended
 // grapheme clusters, canonically equivalent ones being the same; only the bundle prefix is looked for
@@ -60,14 +66,16 @@ class ApplicationMatcher {
 
   Needle needle(const std::string& text) const;
   std::string folded(std::string_view text) const;
+  bool isWholeName(std::string_view entryName) const;
   bool matchesPlain(std::string_view entryName) const;
   bool matchesClusters(std::string_view entryName) const;
 
   ApplicationIdentity identity_;
   const Text& text_;
-  std::vector<Needle> names_;       // lower-cased
-  std::vector<Needle> candidates_;  // lower-cased: the tail's components, then the names
-  std::optional<Needle> prefix_;    // in its own case
+  std::vector<Needle> names_;            // lower-cased
+  std::vector<Needle> candidates_;       // lower-cased: the tail's components, then the names
+  std::vector<std::string> wholeNames_;  // lower-cased
+  std::optional<Needle> prefix_;         // in its own case
   std::optional<Needle> identifier_;
 };
 

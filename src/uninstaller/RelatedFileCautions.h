@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "base/FileUrl.h"
@@ -15,6 +16,7 @@ namespace harbor {
 struct InstalledApplication {
   std::string displayName;
   std::string identifier;
+  std::vector<std::string> wholeNames = {};  // see ApplicationBundles
 };
 
 class RelatedFileCautions {
@@ -31,9 +33,25 @@ class RelatedFileCautions {
     std::string displayName;
     ApplicationMatcher matcher;
   };
+  // What an application with short names is told apart by.
+  struct Lengths {
+    ApplicationMatcher shortNames;
+    ApplicationMatcher otherNames;
+  };
+  // What an application whose files have known names is told apart by.
+  struct Precision {
+    ApplicationMatcher allNames;
+    ApplicationMatcher wholeNames;
+  };
 
-  std::optional<ApplicationMatcher> withoutShortNames_;  // absent when no name is short
+  // The other application that gives a file this name; null for none.
+  const std::string* otherNamed(const std::string& name) const;
+
+  const Text& text_;
+  std::optional<Lengths> lengths_;      // absent when no name is short
+  std::optional<Precision> precision_;  // absent when no whole names are known
   std::vector<Other> others_;
+  std::unordered_map<std::string, std::string> othersByName_;  // whole name, lower-cased, to display name
   std::vector<std::string> documentFolders_;
 };
 

@@ -10,6 +10,8 @@
 #include <memory>
 #include <utility>
 
+#include "uninstaller/RelatedPlaceSearch.h"
+
 namespace harbor {
 namespace {
 
@@ -238,9 +240,16 @@ std::vector<FileUrl> RelatedFileSearch::findRelatedFiles(const std::string& bund
 void RelatedFileSearch::findRelatedFiles(const std::string& bundlePath, const BundleInformation& bundle,
                                          const std::function<void(std::vector<FileUrl>)>& found) const {
   const ApplicationMatcher matcher(applicationIdentity(bundle, text), text);
+  RelatedPlaceSearch further(text, mayContinue);
   for (const SearchLocation& location : searchLocations()) {
-    if (mayContinue && !mayContinue()) break;
-    found(findInLocation(location, matcher, bundlePath));
+    if (mayContinue && !mayContinue()) return;
+    std::vector<FileUrl> urls = findInLocation(location, matcher, bundlePath);
+    further.leaveOut(urls);
+    found(std::move(urls));
+  }
+  for (const RelatedPlace& place : bundle.relatedPlaces) {
+    if (mayContinue && !mayContinue()) return;
+    found(further.find(place));
   }
 }
 

@@ -41,7 +41,8 @@ struct RelatedFileSearch {
   // Asked before each folder that is listed; false ends the search with what it has found. May be empty.
   std::function<bool()> mayContinue;
 
-  // All items, place after place, in listing order. An item that two places share comes twice.
+  // All items, place after place, in listing order, the platform's own places last. An item that two of the
+  // places share that every platform has comes twice.
   std::vector<FileUrl> findRelatedFiles(const std::string& bundlePath, const BundleInformation& bundle) const;
 
   // The same, each place's items handed over before the next place is listed.

@@ -120,6 +120,19 @@ TEST(ApplicationMatcher, AnEmptyNameMatchesEverything) {
   EXPECT_TRUE(matches(bundle("", std::nullopt), "\xff"));
 }
 
+TEST(ApplicationMatcher, WholeNamesAreNotComparedByTheirBeginning) {
+  BundleInformation information{"Widget Maker", "wm", "widget", std::nullopt, "widget", {"widget", "wm"}};
+  EXPECT_EQ(applicationIdentity(information, kText).names, Strings{"Widget Maker"});
+  for (const char* name : {"widget", "WIDGET", "Widget.conf", "wm", "wm.", "widget maker 2"})
+    EXPECT_TRUE(matches(information, name)) << name;
+  for (const char* name : {"widgets", "widget-2", "widgetrc", "wmaker", ".wm", "my widget", ""})
+    EXPECT_FALSE(matches(information, name)) << name;
+  information.wholeNames = {"cafe\u0301", ""};
+  EXPECT_TRUE(matches(information, "CAF\u00c9.db"));
+  EXPECT_FALSE(matches(information, "cafe"));
+  EXPECT_FALSE(matches(information, ".hidden"));
+}
+
 TEST(ApplicationMatcher, NothingMatchesAnApplicationWithoutNames) {
   EXPECT_FALSE(matches(BundleInformation{}, "anything"));
 }
@@ -144,6 +157,11 @@ class ObviousMatcher {
 
   bool matches(const std::string& entry) const {
     const Strings lowered = clusters(kText.lowercased(entry));
+    for (const std::string& name : identity_.wholeNames) {
+      const Strings whole = clusters(kText.lowercased(name));
+      const bool isBefore = !whole.empty() && indexOf(lowered, whole) == 0u;
+      if (isBefore && (lowered.size() == whole.size() || lowered[whole.size()] == ".")) return true;
+    }
     for (const std::string& name : identity_.names) {
       if (indexOf(lowered, clusters(kText.lowercased(name))) == 0u) return true;
     }
@@ -235,8 +253,9 @@ TEST(ApplicationMatcher, AgreesWithAnObviousImplementationOnRandomNames) {
   constexpr int kRounds = 30'000;
   for (int i = 0; i < kRounds; ++i) {
     const std::string identifier = "com.ex." + text(3);
-    const BundleInformation information{maybe("w" + text(2)), maybe("b" + text(2)), std::nullopt,
-                                        std::nullopt, maybe(identifier)};
+    BundleInformation information{maybe("w" + text(2)), maybe("b" + text(2)), std::nullopt, std::nullopt,
+                                  maybe(identifier)};
+    if (i % 2 == 0) information.wholeNames = {"a" + text(2), text(2)};
     const auto identity = applicationIdentity(information, kText);
     const ApplicationMatcher matcher(identity, kText);
     const ObviousMatcher obvious(identity);

@@ -17,6 +17,8 @@ class MacApplicationBundles : public ApplicationBundles {
   // The lower-cased name of the file.
   std::string sortKey(const std::string& path) const override;
   std::optional<PropertyList> ownInformation(const std::string& path) const override;
+  std::vector<std::string> wholeNames(const std::string& path) const override;
+  std::vector<RelatedPlace> relatedPlaces(const std::string& path) const override;
   bool isBundleNamed(const std::string& path, std::string_view bundleName) const override;
 
  private:

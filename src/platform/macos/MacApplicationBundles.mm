@@ -26,6 +26,14 @@ std::optional<PropertyList> MacApplicationBundles::ownInformation(const std::str
   return std::nullopt;
 }
 
+std::vector<std::string> MacApplicationBundles::wholeNames(const std::string&) const {
+  return {};
+}
+
+std::vector<RelatedPlace> MacApplicationBundles::relatedPlaces(const std::string&) const {
+  return {};
+}
+
 bool MacApplicationBundles::isBundleNamed(const std::string& path, std::string_view bundleName) const {
   if (lastPathComponent(path) != bundleName || !isApplication(path)) return false;
   NSString* const file = nsString(path);

@@ -33,6 +33,14 @@ class MemoryApplicationBundles : public ApplicationBundles {
     const auto entry = information.find(path);
     return entry == information.end() ? std::nullopt : std::optional(entry->second);
   }
+  std::vector<std::string> wholeNames(const std::string& path) const override {
+    const auto entry = namesOfFiles.find(path);
+    return entry == namesOfFiles.end() ? std::vector<std::string>{} : entry->second;
+  }
+  std::vector<RelatedPlace> relatedPlaces(const std::string& path) const override {
+    const auto entry = places.find(path);
+    return entry == places.end() ? std::vector<RelatedPlace>{} : entry->second;
+  }
   bool isBundleNamed(const std::string& path, std::string_view bundleName) const override {
     std::error_code error;
     return lastPathComponent(path) == bundleName && isApplication(path) &&
@@ -41,6 +49,8 @@ class MemoryApplicationBundles : public ApplicationBundles {
 
   std::map<std::string, std::string> displayNames;
   std::map<std::string, PropertyList> information;  // of applications that are no bundle folders
+  std::map<std::string, std::vector<std::string>> namesOfFiles;
+  std::map<std::string, std::vector<RelatedPlace>> places;
 
  private:
   const Text& text_;
