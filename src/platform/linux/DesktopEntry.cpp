@@ -40,11 +40,14 @@ std::optional<DesktopEntry> DesktopEntry::from(const KeyFile& file, const XdgEnv
   };
   DesktopEntry entry;
   entry.name = localisedName(file, environment);
+  entry.untranslatedName = asTitle(text("Name"));
   entry.exec = text("Exec");
   entry.tryExec = text("TryExec");
   entry.workingDirectory = text("Path");
   entry.icon = text("Icon");
   entry.startupWmClass = text("StartupWMClass");
+  entry.flatpak = text("X-Flatpak");
+  entry.snap = text("X-SnapInstanceName");
   entry.limitsDesktops = file.raw(kGroup, "OnlyShowIn").has_value();
   entry.onlyShowIn = file.list(kGroup, "OnlyShowIn");
   entry.notShowIn = file.list(kGroup, "NotShowIn");

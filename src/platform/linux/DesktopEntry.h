@@ -14,11 +14,14 @@ namespace harbor {
 
 struct DesktopEntry {
   std::string name;  // in the user's language, on one line; empty when the entry gives none
+  std::string untranslatedName;
   std::string exec;  // the command line, its escapes resolved; empty for an entry that D-Bus starts
   std::string tryExec;
   std::string workingDirectory;
   std::string icon;
   std::string startupWmClass;
+  std::string flatpak;  // the id of the Flatpak that it comes with; empty: none
+  std::string snap;     // the name of the snap that it comes with; empty: none
   std::vector<std::string> onlyShowIn;
   std::vector<std::string> notShowIn;
   bool limitsDesktops = false;  // whether OnlyShowIn stands at all
