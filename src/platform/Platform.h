@@ -25,6 +25,7 @@
 #include "platform/ReviewWindow.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
+#include "platform/SoftwarePackages.h"
 #include "platform/StatusItem.h"
 #include "platform/StoreReview.h"
 #include "platform/Text.h"
@@ -65,6 +66,7 @@ struct Platform {
   StoreReview& storeReview;
   PreferencesWindows& preferencesWindows;
   CleanupPlaces& cleanupPlaces;
+  SoftwarePackages& softwarePackages;
 };
 
 }  // namespace harbor

@@ -21,8 +21,19 @@ struct ReviewRow {
   bool isSelected = false;
   bool isEnabled = true;               // false: shown disabled, its check box and buttons do nothing
   std::optional<std::string> caution;  // why the user should look twice, plain text; absent: no sign
+  // Why the item is only listed, plain text: its check box is off and does nothing. Absent: it can be
+  // selected.
+  std::optional<std::string> protection = std::nullopt;
 
   friend bool operator==(const ReviewRow&, const ReviewRow&) = default;
+};
+
+// A sentence about the application, with a button below or beside it unless the title is empty.
+struct ReviewNotice {
+  std::string text;
+  std::string buttonTitle;
+
+  friend bool operator==(const ReviewNotice&, const ReviewNotice&) = default;
 };
 
 // What a user does; called on the main thread, never from within a call to the window. Rows are counted in
@@ -34,6 +45,7 @@ struct ReviewWindowEvents {
   std::function<void()> deleteButtonClicked;
   // The user closed the window; comes once. The window may be destroyed from within.
   std::function<void()> viewDidDisappear;
+  std::function<void()> noticeButtonClicked = {};
 };
 
 enum class DeleteButton { hidden, disabled, enabled };
@@ -52,6 +64,8 @@ class ReviewWindow {
   virtual void setDeleteButton(DeleteButton state) = 0;
   // The spinner over the table with its message; nothing hides both.
   virtual void setSpinner(const std::optional<std::string>& message) = 0;
+  // The notice above the table; nothing hides it.
+  virtual void setNotice(const std::optional<ReviewNotice>& notice) = 0;
 
   // Shows the window.
   virtual void showWindow() = 0;

@@ -62,7 +62,8 @@ void RelatedFileScan::run(RunLoop& runLoop, const Text& text, const ScanRequest&
       const std::uint64_t size = sizeOfRelatedFile(url.path);
       auto caution = isFirst ? std::nullopt : cautions.cautionFor(url);
       isFirst = false;
-      batch.push_back({{std::move(url), size, false}, std::move(caution)});
+      auto owner = request.packages ? request.packages->ownerOf(url.path) : std::nullopt;
+      batch.push_back({{std::move(url), size, false}, std::move(caution), std::move(owner)});
       if (std::chrono::steady_clock::now() - lastDelivery >= kDeliveryInterval) deliver();
     }
   });

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/RunLoop.h"
+#include "platform/SoftwarePackages.h"
 #include "uninstaller/RelatedFileCautions.h"
 #include "uninstaller/UninstalledApp.h"
 
@@ -18,6 +19,7 @@ namespace harbor {
 struct ScannedItem {
   AppRelatedData data;
   std::optional<std::string> caution;
+  std::optional<PackageOwner> owner = std::nullopt;  // the package that the item came with
 };
 
 struct ScanRequest {
@@ -27,6 +29,7 @@ struct ScanRequest {
   std::string root;  // see RelatedFileSearch
   std::vector<InstalledApplication> otherApplications;
   std::vector<std::string> documentFolders;
+  const SoftwarePackages* packages = nullptr;  // null: nothing came with a package
 };
 
 // The bytes of an item as a review counts them: a folder with everything below it, anything else by itself, a

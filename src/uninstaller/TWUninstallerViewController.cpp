@@ -18,6 +18,7 @@ constexpr const char* kLoadingRecordStatus =
     "Please delete the file(s) yourself. Files already deleted have been disabled.";
 constexpr const char* kFilesLeftStatus =
     "Please review each file before deleting. Files already deleted have been disabled.";
+constexpr const char* kOpenSoftwareCentre = "Open Software Centre";
 constexpr const char* kNoFilesLeftStatus = "There are no files left to be deleted.";
 
 struct Outcome {
@@ -50,6 +51,19 @@ bool itemExists(const std::optional<FileUrl>& url) {
   return url && ::lstat(url->path.c_str(), &status) == 0;
 }
 
+// "the package "geany"".
+std::string described(const PackageOwner& owner) {
+  switch (owner.kind) {
+    case PackageOwner::Kind::package:
+      return "the package \"" + owner.name + "\"";
+    case PackageOwner::Kind::flatpak:
+      return "the Flatpak \"" + owner.name + "\"";
+    case PackageOwner::Kind::snap:
+      return "the snap \"" + owner.name + "\"";
+  }
+  return {};
+}
+
 std::string selectionSummary(const std::vector<AppRelatedData>& items) {
   std::size_t count = 0;
   std::uint64_t bytes = 0;
@@ -66,21 +80,23 @@ std::string selectionSummary(const std::vector<AppRelatedData>& items) {
 
 TWUninstallerViewController::TWUninstallerViewController(const Services& services,
                                                          std::shared_ptr<UninstalledApp> record,
-                                                         std::string path, Origin origin)
+                                                         std::string path, std::string displayName,
+                                                         Origin origin)
     : appPath(std::move(path)),
       uninstalledApp(std::move(record)),
       isAlreadyUninstalled(origin == Origin::history),
       isHistory(origin == Origin::history),
       services_(services),
-      cautions_(uninstalledApp->appRelatedData.size()) {}
+      displayName_(std::move(displayName)),
+      remarks_(uninstalledApp->appRelatedData.size()) {}
 
 std::shared_ptr<TWUninstallerViewController> TWUninstallerViewController::forScan(
     const Services& services, ScanRequest request, const std::string& displayName,
     std::function<void()> disappeared) {
   auto record = std::make_shared<UninstalledApp>();
   record->appName = FileUrl::fromPath(request.bundlePath);
-  std::shared_ptr<TWUninstallerViewController> controller(
-      new TWUninstallerViewController(services, std::move(record), request.bundlePath, Origin::scan));
+  std::shared_ptr<TWUninstallerViewController> controller(new TWUninstallerViewController(
+      services, std::move(record), request.bundlePath, displayName, Origin::scan));
   if (!controller->makeWindow(displayName, std::move(disappeared))) return nullptr;
   controller->startScan(std::move(request));
   return controller;
@@ -90,8 +106,8 @@ std::shared_ptr<TWUninstallerViewController> TWUninstallerViewController::forHis
     const Services& services, std::shared_ptr<UninstalledApp> record, const std::string& displayName,
     std::function<void()> disappeared) {
   std::string path = record->appName ? record->appName->path : std::string();
-  std::shared_ptr<TWUninstallerViewController> controller(
-      new TWUninstallerViewController(services, std::move(record), std::move(path), Origin::history));
+  std::shared_ptr<TWUninstallerViewController> controller(new TWUninstallerViewController(
+      services, std::move(record), std::move(path), displayName, Origin::history));
   if (!controller->makeWindow(displayName + kHistorySuffix, std::move(disappeared))) return nullptr;
   controller->loadRecord();
   return controller;
@@ -115,7 +131,8 @@ bool TWUninstallerViewController::makeWindow(const std::string& title, std::func
          scan_.reset();
          disappeared();
          openWindow_.reset();
-       }});
+       },
+       [this] { services_.packages.showSoftware(appPath); }});
   if (!window_) return false;
   window_->setTitle(title);
   return true;
@@ -151,16 +168,32 @@ void TWUninstallerViewController::startScan(ScanRequest request) {
   openWindow_ = services_.openWindows.open();
   scan_ = std::make_unique<RelatedFileScan>(
       services_.runLoop, services_.text, std::move(request),
-      [this](std::vector<ScannedItem> items) {
-        std::vector<ReviewRow> rows;
-        for (ScannedItem& item : items) {
-          uninstalledApp->appRelatedData.push_back(std::move(item.data));
-          cautions_.push_back(std::move(item.caution));
-          rows.push_back(rowOf(cautions_.size() - 1));
-        }
-        window_->appendRows(std::move(rows));
-      },
-      [this] { scanFinished(); });
+      [this](std::vector<ScannedItem> items) { append(std::move(items)); }, [this] { scanFinished(); });
+}
+
+void TWUninstallerViewController::append(std::vector<ScannedItem> items) {
+  std::vector<ReviewRow> rows;
+  for (ScannedItem& item : items) {
+    std::optional<std::string> protection;
+    if (item.owner) {
+      protection = "This belongs to " + described(*item.owner) + " and goes when that is removed.";
+      tellOwner(remarks_.size(), *item.owner);
+    }
+    uninstalledApp->appRelatedData.push_back(std::move(item.data));
+    remarks_.push_back({std::move(item.caution), std::move(protection)});
+    rows.push_back(rowOf(remarks_.size() - 1));
+  }
+  window_->appendRows(std::move(rows));
+}
+
+void TWUninstallerViewController::tellOwner(std::size_t row, const PackageOwner& owner) {
+  if (std::exchange(isOwnerTold_, true)) return;
+  const std::string name = "\"" + displayName_ + "\"";
+  const std::string subject = row == 0 ? name : "The program of " + name;
+  window_->setNotice(ReviewNotice{subject + " came with " + described(owner) +
+                                      ". What belongs to that is listed but not moved to the Trash: it goes "
+                                      "when you remove it with the system's software management.",
+                                  services_.packages.canShowSoftware() ? kOpenSoftwareCentre : ""});
 }
 
 void TWUninstallerViewController::scanFinished() {
@@ -182,13 +215,22 @@ void TWUninstallerViewController::warnAboutTooManyFiles() {
 }
 
 void TWUninstallerViewController::selectionChanged(std::size_t row, bool isSelected) {
+  if (isSelected && remarks_.at(row).protection) {
+    showRows();
+    return;
+  }
   uninstalledApp->appRelatedData.at(row).isSelected = isSelected;
   if (!isHistory) window_->setFileSelectedInfo(selectionSummary(uninstalledApp->appRelatedData));
 }
 
+// Asked again at the last moment: what a package owns is the package's, whoever selected it.
+bool TWUninstallerViewController::mayBeTrashed(const AppRelatedData& item) const {
+  return item.isSelected && item.filePath && !services_.packages.ownerOf(item.filePath->path);
+}
+
 void TWUninstallerViewController::trashSelectedItems() {
   for (const AppRelatedData& item : uninstalledApp->appRelatedData) {
-    if (item.isSelected && item.filePath) services_.fileManager.trashItem(*item.filePath);
+    if (mayBeTrashed(item)) services_.fileManager.trashItem(*item.filePath);
   }
 }
 
@@ -221,14 +263,15 @@ void TWUninstallerViewController::deleteButtonClicked() {
 
 ReviewRow TWUninstallerViewController::rowOf(std::size_t index) const {
   const AppRelatedData& item = uninstalledApp->appRelatedData[index];
-  return {item.filePath, item.fileSize, item.isSelected, !isAlreadyUninstalled || itemExists(item.filePath),
-          cautions_[index]};
+  return {item.filePath,           item.fileSize,
+          item.isSelected,         !isAlreadyUninstalled || itemExists(item.filePath),
+          remarks_[index].caution, remarks_[index].protection};
 }
 
 void TWUninstallerViewController::showRows() {
   std::vector<ReviewRow> rows;
-  rows.reserve(cautions_.size());
-  for (std::size_t i = 0; i < cautions_.size(); ++i)
+  rows.reserve(remarks_.size());
+  for (std::size_t i = 0; i < remarks_.size(); ++i)
     rows.push_back(rowOf(i));
   window_->setRows(std::move(rows));
 }

@@ -13,6 +13,7 @@
 #include "platform/PreviewPanel.h"
 #include "platform/ReviewWindow.h"
 #include "platform/RunLoop.h"
+#include "platform/SoftwarePackages.h"
 #include "platform/Workspace.h"
 #include "uninstaller/RelatedFileScan.h"
 #include "uninstaller/TWApplications.h"
@@ -34,6 +35,7 @@ class TWUninstallerViewController : public std::enable_shared_from_this<TWUninst
     OpenWindows& openWindows;
     TWApplications& applications;
     TWUninstaller& uninstaller;
+    SoftwarePackages& packages;
   };
 
   // A fresh review of the application, or one of a stored record. `disappeared` is called once the user has
@@ -59,21 +61,33 @@ class TWUninstallerViewController : public std::enable_shared_from_this<TWUninst
  private:
   enum class Origin { scan, history };
   TWUninstallerViewController(const Services& services, std::shared_ptr<UninstalledApp> record,
-                              std::string path, Origin origin);
+                              std::string path, std::string displayName, Origin origin);
 
   bool makeWindow(const std::string& title, std::function<void()> disappeared);
   void loadRecord();
   void startScan(ScanRequest request);
   void scanFinished();
   void warnAboutTooManyFiles();
+  void append(std::vector<ScannedItem> items);
+  // Says in the window which package the application, or the program that it starts, came with.
+  void tellOwner(std::size_t row, const PackageOwner& owner);
   void selectionChanged(std::size_t row, bool isSelected);
   void deleteButtonClicked();
+  bool mayBeTrashed(const AppRelatedData& item) const;
   void trashSelectedItems();
   ReviewRow rowOf(std::size_t index) const;
   void showRows();
 
+  // What a row says beside its item.
+  struct Remarks {
+    std::optional<std::string> caution;
+    std::optional<std::string> protection;
+  };
+
   Services services_;
-  std::vector<std::optional<std::string>> cautions_;  // one for each item
+  std::string displayName_;
+  std::vector<Remarks> remarks_;  // one for each item
+  bool isOwnerTold_ = false;
   std::unique_ptr<ReviewWindow> window_;
   Subscription openWindow_;
   std::unique_ptr<RelatedFileScan> scan_;

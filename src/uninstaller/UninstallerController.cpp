@@ -93,13 +93,15 @@ void UninstallerController::showUninstalledApp(const MenuItem& sender) {
 }
 
 ScanRequest UninstallerController::scanRequest(const std::string& path) const {
-  ScanRequest request{path, options_.bundleInformation(path),       options_.homeFolder(), options_.root,
-                      {},   services_.fileManager.documentFolders()};
+  ScanRequest request{path, options_.bundleInformation(path),        options_.homeFolder(), options_.root,
+                      {},   services_.fileManager.documentFolders(), &services_.packages};
+  request.bundle.relatedPlaces = bundles_.relatedPlaces(path);
   for (const FileUrl& other : services_.applications.applicationsSorted) {
     if (other.path == path) continue;
-    if (const auto identifier = options_.bundleInformation(other.path).identifier) {
-      request.otherApplications.push_back({bundles_.displayName(other.path), *identifier});
-    }
+    BundleInformation information = options_.bundleInformation(other.path);
+    if (!information.identifier) continue;
+    request.otherApplications.push_back({bundles_.displayName(other.path), *std::move(information.identifier),
+                                         std::move(information.wholeNames)});
   }
   return request;
 }

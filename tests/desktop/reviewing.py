@@ -42,13 +42,13 @@ class UninstallerCase(DesktopCase):
     def windows(self, title):
         return [window for window in self.screen.windows_of(self.tray.pid) if window.title() == title]
 
-    def uninstall(self):
+    def uninstall(self, title="Sketchbook"):
         """Chooses "Uninstall" and gives the grants that are asked for, until the window is there."""
-        self.tray.choose(*UNINSTALL)
+        self.tray.choose(UNINSTALL[0], title, UNINSTALL[2])
         given = []
 
         def is_there():
-            if self.windows("Sketchbook"):
+            if self.windows(title):
                 return True
             panel = self.tray.dialog()
             wish = panel and self.label_texts(panel)
@@ -60,11 +60,11 @@ class UninstallerCase(DesktopCase):
 
         wait_for("the window", is_there)
 
-    def review(self):
+    def review(self, title="Sketchbook"):
         """Opens the window and waits for the end of the search."""
-        self.uninstall()
-        self.wait_for_active("Sketchbook")
-        wait_for("the end of the search", lambda: self.button_state("Delete"))
+        self.uninstall(title)
+        self.wait_for_active(title)
+        wait_for("the end of the search", lambda: self.button_state("Delete", title))
 
     def wait_for_active(self, title):
         def is_active():
@@ -85,8 +85,8 @@ class UninstallerCase(DesktopCase):
         window = self.window_node(title)
         return window.find(role, text) if window else None
 
-    def button_state(self, text):
-        button = self.node("Sketchbook", "push button", text)
+    def button_state(self, text, title="Sketchbook"):
+        button = self.node(title, "push button", text)
         return button is not None and button.has_state(STATE_ENABLED)
 
     def cells(self, title="Sketchbook"):

@@ -37,6 +37,21 @@ TEST(LinuxFileManager, ReadsTheRealFileSystemsOutOfATableOfMounts) {
   EXPECT_TRUE(mountPointsIn("").empty());
 }
 
+TEST(LinuxFileManager, NeverTrashesWhatAPackageOwns) {
+  const TemporaryFolder folder;
+  XdgEnvironment environment;
+  environment.dataHome = folder.path("data");
+  MemoryRunLoop runLoop;
+  const std::string owned = folder.makeFile("owned");
+  const std::string own = folder.makeFile("own");
+  LinuxFileManager files(environment, folder.path(), runLoop,
+                         [&owned](const std::string& path) { return path == owned; });
+  EXPECT_FALSE(files.trashItem({owned, false}));
+  EXPECT_TRUE(std::filesystem::exists(owned));
+  EXPECT_TRUE(files.trashItem({own, false}));
+  EXPECT_FALSE(std::filesystem::exists(own));
+}
+
 TEST(LinuxFileManager, KnowsWhereExternalVolumesAreMounted) {
   MemoryRunLoop runLoop;
   const LinuxFileManager files({}, "/home/ann", runLoop);

@@ -74,6 +74,20 @@ TEST_F(ReviewTable, CannotTickARowThatIsDisabled) {
   EXPECT_EQ(changes, (std::vector<std::pair<int, bool>>{{2, true}}));
 }
 
+TEST_F(ReviewTable, CannotTickARowThatIsProtectedButUseIt) {
+  ReviewRow owned = rowOf("/usr/bin/tool", 10);
+  owned.protection = "Of the package tool";
+  model.setRows({owned, rowOf("/a", 1)});
+  const QModelIndex box = model.index(0, ReviewTableModel::checkColumn);
+  EXPECT_FALSE(model.setData(box, Qt::Checked, Qt::CheckStateRole));
+  EXPECT_FALSE(model.row(0).isSelected);
+  EXPECT_TRUE(changes.empty());
+  EXPECT_FALSE(model.flags(box) & Qt::ItemIsEnabled);
+  EXPECT_TRUE(model.flags(model.index(0, ReviewTableModel::revealColumn)) & Qt::ItemIsEnabled);
+  EXPECT_NE(text(0, ReviewTableModel::checkColumn, Qt::ToolTipRole).find("Of the package"),
+            std::string::npos);
+}
+
 TEST_F(ReviewTable, KeepsItsRowNumbersUnderASortedView) {
   QSortFilterProxyModel sorted;
   sorted.setSourceModel(&model);

@@ -77,7 +77,7 @@ struct ReviewTest : testing::Test {
   BundleInformation bundle{"Widget", std::nullopt, std::nullopt, std::nullopt, "com.example.Widget"};
   UninstallerController controller{
       {platform.runLoop, platform.text, dialog, platform.workspace, platform.fileManager, windows, preview,
-       openWindows, applications, uninstaller},
+       openWindows, applications, uninstaller, platform.softwarePackages},
       platform.applicationBundles,
       {systemApps, "Harbor Tray", [this] { return top + "/home"; }, top, [this] { return grantsAccess; },
        [this](const std::string& path) { return path == widget() ? bundle : BundleInformation{}; }}};
@@ -348,6 +348,81 @@ TEST_F(ReviewTest, AReviewThatIsOpenComesToTheFrontInsteadOfOpeningTwice) {
   EXPECT_EQ(windows.open[0]->ordersFront, 1);
   controller.uninstallApp(row(top + "/Applications/Gadget.app"));
   EXPECT_EQ(windows.open.size(), 2u);
+}
+
+TEST_F(ReviewTest, WhatAPackageBroughtIsListedAndCannotBeSelected) {
+  const std::string own = file("Preferences/com.example.Widget.plist");
+  platform.softwarePackages.owners[widget()] = {PackageOwner::Kind::package, "widget-bin"};
+  auto& window = review();
+  ASSERT_EQ(window.rows.size(), 2u);
+  EXPECT_EQ(window.rows[0].protection,
+            "This belongs to the package \"widget-bin\" and goes when that is removed.");
+  EXPECT_EQ(window.rows[1].protection, std::nullopt);
+  ASSERT_TRUE(window.notice);
+  EXPECT_EQ(
+      window.notice->text,
+      "\"Widget\" came with the package \"widget-bin\". What belongs to that is listed but not moved to the "
+      "Trash: it goes when you remove it with the system's software management.");
+  EXPECT_EQ(window.notice->buttonTitle, "Open Software Centre");
+
+  window.check(0, true);
+  EXPECT_FALSE(window.rows[0].isSelected);
+  EXPECT_EQ(window.fileSelectedInfo, "No Files Selected (Zero KB)");
+  window.check(1, true);
+  EXPECT_EQ(window.fileSelectedInfo, "1 file selected (10 bytes)");
+  platform.alertPanel.answers = {{0, false}};
+  window.clickDelete();
+  EXPECT_EQ(platform.fileManager.trashed, std::vector<std::string>{own});
+  EXPECT_TRUE(fs::exists(widget()));
+  EXPECT_EQ(platform.alertPanel.shown.back().title, "Successful");
+  EXPECT_FALSE(window.rows[0].isSelected);
+
+  window.clickNotice();
+  EXPECT_EQ(platform.softwarePackages.shown, std::vector<std::string>{widget()});
+}
+
+TEST_F(ReviewTest, WhatAPackageBringsWhileTheWindowIsOpenStaysAsWell) {
+  auto& window = review();
+  window.check(0, true);
+  platform.softwarePackages.owners[widget()] = {PackageOwner::Kind::flatpak, "org.example.Widget"};
+  platform.alertPanel.answers = {{0, false}};
+  window.clickDelete();
+  EXPECT_TRUE(platform.fileManager.trashed.empty());
+  EXPECT_TRUE(fs::exists(widget()));
+  EXPECT_EQ(platform.alertPanel.shown.back().title, "Unsuccessful");
+}
+
+TEST_F(ReviewTest, TheNoticeTellsSandboxesAndHasNoButtonWithoutASoftwareCentre) {
+  platform.softwarePackages.hasSoftwareCentre = false;
+  platform.softwarePackages.owners[widget()] = {PackageOwner::Kind::flatpak, "org.example.Widget"};
+  auto& window = review();
+  EXPECT_NE(window.notice->text.find("came with the Flatpak \"org.example.Widget\"."), std::string::npos);
+  EXPECT_EQ(window.notice->buttonTitle, "");
+}
+
+TEST_F(ReviewTest, AProgramOfAPackageIsToldFromTheApplication) {
+  const std::string program = file("Preferences/widget");
+  platform.softwarePackages.owners[program] = {PackageOwner::Kind::snap, "tools"};
+  auto& window = review();
+  EXPECT_TRUE(window.notice->text.starts_with("The program of \"Widget\" came with the snap \"tools\"."));
+  EXPECT_FALSE(window.rows[0].protection);
+  EXPECT_TRUE(window.rows[1].protection);
+}
+
+TEST_F(ReviewTest, WithoutPackagesThereIsNoNotice) {
+  EXPECT_EQ(review().notice, std::nullopt);
+}
+
+TEST_F(ReviewTest, ThePlatformsPlacesComeBehindTheOthers) {
+  const std::string own = file("Preferences/widget");
+  const std::string further = file("elsewhere/wdg.conf");
+  file("elsewhere/widget");
+  platform.applicationBundles.places[widget()] = {
+      {top + "/home/Library/elsewhere", 1, 1, {"wdg"}, {".conf"}}};
+  auto& window = review();
+  ASSERT_EQ(window.rows.size(), 3u);
+  EXPECT_EQ(window.rows[1].filePath->path, own);
+  EXPECT_EQ(window.rows[2].filePath->path, further);
 }
 
 TEST_F(ReviewTest, ItemsThatNeedASecondLookCarryTheReason) {

@@ -72,11 +72,13 @@ std::vector<std::string> mountPointsIn(std::string_view mountTable) {
   return points;
 }
 
-LinuxFileManager::LinuxFileManager(XdgEnvironment environment, std::string homeFolder, RunLoop& runLoop)
+LinuxFileManager::LinuxFileManager(XdgEnvironment environment, std::string homeFolder, RunLoop& runLoop,
+                                   std::function<bool(const std::string&)> isOwned)
     : environment_(std::move(environment)),
       homeFolder_(std::move(homeFolder)),
       trash_(environment_.dataHome, getuid(),
-             [&runLoop](std::function<void()> task) { runLoop.background(std::move(task)); }) {}
+             [&runLoop](std::function<void()> task) { runLoop.background(std::move(task)); }),
+      isOwned_(std::move(isOwned)) {}
 
 std::vector<FileUrl> LinuxFileManager::applicationsFolders(Domain) const {
   std::vector<std::string> paths = environment_.applicationsFolders();
@@ -107,7 +109,7 @@ bool LinuxFileManager::isExternalVolume(const FileUrl& volume) const {
 }
 
 bool LinuxFileManager::trashItem(const FileUrl& url) {
-  return trash_.trash(url.path).has_value();
+  return !(isOwned_ && isOwned_(url.path)) && trash_.trash(url.path).has_value();
 }
 
 std::vector<std::string> LinuxFileManager::documentFolders() const {

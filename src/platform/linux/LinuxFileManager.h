@@ -1,6 +1,7 @@
 // The places of the freedesktop rules, and the trash.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,7 +20,9 @@ std::vector<std::string> mountPointsIn(std::string_view mountTable);
 
 class LinuxFileManager : public FileManager {
  public:
-  LinuxFileManager(XdgEnvironment environment, std::string homeFolder, RunLoop& runLoop);
+  // What `isOwned` says belongs to a package is never moved to the Trash; empty: nothing does.
+  LinuxFileManager(XdgEnvironment environment, std::string homeFolder, RunLoop& runLoop,
+                   std::function<bool(const std::string& path)> isOwned = {});
 
   // Desktop entries come from the same folders whoever installed them, so both domains have them all: the
   // applications folders that exist, and /Applications where it exists.
@@ -35,6 +38,7 @@ class LinuxFileManager : public FileManager {
   XdgEnvironment environment_;
   std::string homeFolder_;
   FreedesktopTrash trash_;
+  std::function<bool(const std::string&)> isOwned_;
 };
 
 }  // namespace harbor

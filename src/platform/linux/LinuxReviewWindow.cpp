@@ -40,6 +40,9 @@ void LinuxReviewWindow::setDeleteButton(DeleteButton state) {
 void LinuxReviewWindow::setSpinner(const std::optional<std::string>& message) {
   widget_->setSpinner(message);
 }
+void LinuxReviewWindow::setNotice(const std::optional<ReviewNotice>& notice) {
+  widget_->setNotice(notice);
+}
 
 void LinuxReviewWindow::showWindow() {
   widget_->show();

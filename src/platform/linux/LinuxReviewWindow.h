@@ -22,6 +22,7 @@ class LinuxReviewWindow : public ReviewWindow {
   void setDeleteDetailedInfo(const std::string& text) override;
   void setDeleteButton(DeleteButton state) override;
   void setSpinner(const std::optional<std::string>& message) override;
+  void setNotice(const std::optional<ReviewNotice>& notice) override;
   void showWindow() override;
   void orderFrontRegardless() override;
 

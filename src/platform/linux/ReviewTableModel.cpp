@@ -75,6 +75,7 @@ QVariant ReviewTableModel::text(const ReviewRow& row, int column) const {
 }
 
 QVariant ReviewTableModel::toolTip(const ReviewRow& row, int column) const {
+  if (column == checkColumn && row.protection) return toolTipText(*row.protection);
   if (column == nameColumn && row.caution) return toolTipText(*row.caution);
   if (!row.filePath) return {};
   if (column == revealColumn) return tr("Show in the file manager");
@@ -122,6 +123,7 @@ QVariant ReviewTableModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
       return accessibleText(item, column);
     case Qt::AccessibleDescriptionRole:
+      if (column == checkColumn && item.protection) return QString::fromStdString(*item.protection);
       return item.caution ? QVariant(QString::fromStdString(*item.caution)) : QVariant();
     case sortRole:
       return sortKey(item, column);
@@ -167,7 +169,8 @@ QVariant ReviewTableModel::headerData(int section, Qt::Orientation orientation, 
 Qt::ItemFlags ReviewTableModel::flags(const QModelIndex& index) const {
   const ReviewRow& item = row(index.row());
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-  if (item.isEnabled && item.filePath) flags |= Qt::ItemIsEnabled;
+  const bool isUsable = item.isEnabled && item.filePath;
+  if (isUsable && !(index.column() == checkColumn && item.protection)) flags |= Qt::ItemIsEnabled;
   if (index.column() == checkColumn) flags |= Qt::ItemIsUserCheckable;
   return flags;
 }

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "platform/linux/DisplayText.h"
 #include "platform/linux/ReviewTable.h"
 #include "platform/linux/ReviewTableModel.h"
 
@@ -33,6 +34,8 @@ ReviewWidget::ReviewWidget(ReviewWindowEvents events)
     : events_(std::move(events)),
       model_(new ReviewTableModel(this)),
       table_(new ReviewTable(*model_, this)),
+      notice_(plainLabel(this)),
+      noticeButton_(new QPushButton(this)),
       spinner_(new QWidget(table_)),
       spinnerMessage_(plainLabel(spinner_)),
       summary_(plainLabel(this)),
@@ -51,11 +54,21 @@ ReviewWidget::ReviewWidget(ReviewWindowEvents events)
   bottom->addWidget(deleteButton_, 0, Qt::AlignVCenter);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  auto* const top = new QHBoxLayout;
+  top->addWidget(notice_, 1);
+  top->addWidget(noticeButton_, 0, Qt::AlignVCenter);
+  layout->addLayout(top);
   layout->addWidget(table_, 1);
   layout->addLayout(bottom);
 
   setMinimumSize(kSmallestSize);
   resize(kDefaultSize.boundedTo(screen()->availableSize()));
+  setNotice(std::nullopt);
+  connect(noticeButton_, &QPushButton::clicked, this, [this] {
+    QTimer::singleShot(0, this, [this] {
+      if (const auto clicked = events_.noticeButtonClicked) clicked();
+    });
+  });
   connect(deleteButton_, &QPushButton::clicked, this, [this] {
     QTimer::singleShot(0, this, [this] {
       if (const auto clicked = events_.deleteButtonClicked) clicked();
@@ -99,6 +112,14 @@ void ReviewWidget::setSummary(const std::optional<std::string>& text) {
 
 void ReviewWidget::setStatus(const std::string& text) {
   status_->setText(QString::fromStdString(text));
+}
+
+void ReviewWidget::setNotice(const std::optional<ReviewNotice>& notice) {
+  notice_->setVisible(notice.has_value());
+  noticeButton_->setVisible(notice && !notice->buttonTitle.empty());
+  if (!notice) return;
+  notice_->setText(withoutControls(notice->text));
+  noticeButton_->setText(QString::fromStdString(notice->buttonTitle));
 }
 
 void ReviewWidget::setDeleteButton(DeleteButton state) {

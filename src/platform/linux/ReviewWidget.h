@@ -26,6 +26,7 @@ class ReviewWidget : public QWidget {
   void setSummary(const std::optional<std::string>& text);
   void setStatus(const std::string& text);
   void setDeleteButton(DeleteButton state);
+  void setNotice(const std::optional<ReviewNotice>& notice);
   void setSpinner(const std::optional<std::string>& message);
 
  protected:
@@ -42,6 +43,8 @@ class ReviewWidget : public QWidget {
   ReviewWindowEvents events_;
   ReviewTableModel* model_;
   ReviewTable* table_;
+  QLabel* notice_;
+  QPushButton* noticeButton_;
   QWidget* spinner_;
   QLabel* spinnerMessage_;
   QLabel* summary_;

@@ -39,6 +39,7 @@
 #include "platform/linux/LinuxReviewWindow.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxSettingsStore.h"
+#include "platform/linux/LinuxSoftwarePackages.h"
 #include "platform/linux/LinuxStoreReview.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MenuStyle.h"
@@ -98,19 +99,27 @@ std::string absolutePath(const char* given) {
   return std::filesystem::canonical(given, error).string();
 }
 
+UserLocations userLocations(const XdgEnvironment& environment) {
+  const std::string home = homeFolderOfUserDatabase();
+  return {home, UserDirectories::read(environment.configHome, home)};
+}
+
 // Needs no display.
 int listRelatedFiles(const char* given, ReportFormat format) {
   const std::string path = absolutePath(given);
   const DesktopEntries entries(XdgEnvironment::fromProcess());
   const IcuText text;
-  const LinuxApplicationBundles bundles(entries, text);
+  const LinuxApplicationBundles bundles(entries, text,
+                                        [&entries] { return userLocations(entries.environment()); });
   if (!hasRelatedFiles(path, bundles)) {
     std::fprintf(stderr, "harbor-tray: there is no \".app\" folder or desktop entry at %s\n",
                  quotedForJson(given).c_str());
     return 1;
   }
   const RelatedFileSearch search{text, homeFolderOfUserDatabase(), {}, {}};
-  return print(relatedFileReport(search, path, bundleInformationOf(path, bundles, LibplistCoder()), format));
+  BundleInformation information = bundleInformationOf(path, bundles, LibplistCoder());
+  information.relatedPlaces = bundles.relatedPlaces(path);
+  return print(relatedFileReport(search, path, information, format));
 }
 
 int refuse(std::string_view argument) {
@@ -175,8 +184,12 @@ struct LinuxPlatform {
   LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
   XdgEnvironment environment = XdgEnvironment::fromProcess();
   DesktopEntries desktopEntries{environment};
-  LinuxApplicationBundles applicationBundles{desktopEntries, text};
-  LinuxFileManager fileManager{environment, homeFolderOfUserDatabase(), runLoop};
+  LinuxApplicationBundles applicationBundles{desktopEntries, text,
+                                             [this] { return userLocations(environment); }};
+  LinuxSoftwarePackages softwarePackages{desktopEntries};
+  LinuxFileManager fileManager{
+      environment, homeFolderOfUserDatabase(), runLoop,
+      [this](const std::string& path) { return softwarePackages.ownerOf(path).has_value(); }};
   LinuxWorkspace workspace{desktopEntries, [this] { return screenSaver.activate(); }};
   LinuxPasteboard pasteboard{workspace};
   LinuxReviewWindows reviewWindows{userTime};
@@ -226,7 +239,8 @@ struct LinuxPlatform {
             loginItems,
             storeReview,
             preferencesWindows,
-            cleanupPlaces};
+            cleanupPlaces,
+            softwarePackages};
   }
 };
 

@@ -24,6 +24,7 @@
 #include "platform/macos/MacReviewWindows.h"
 #include "platform/macos/MacRunLoop.h"
 #include "platform/macos/MacSettingsStore.h"
+#include "platform/macos/MacSoftwarePackages.h"
 #include "platform/macos/MacStatusItem.h"
 #include "platform/macos/MacStoreReview.h"
 #include "platform/macos/MacText.h"
@@ -59,6 +60,7 @@ struct MacPlatform {
   MacStoreReview storeReview;
   MacPreferencesWindows preferencesWindows;
   MacCleanupPlaces cleanupPlaces;
+  MacSoftwarePackages softwarePackages;
 
   Platform asPlatform() {
     return {.settings = settings,
@@ -89,7 +91,8 @@ struct MacPlatform {
             .loginItems = loginItems,
             .storeReview = storeReview,
             .preferencesWindows = preferencesWindows,
-            .cleanupPlaces = cleanupPlaces};
+            .cleanupPlaces = cleanupPlaces,
+            .softwarePackages = softwarePackages};
   }
 };
 

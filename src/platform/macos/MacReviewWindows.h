@@ -22,6 +22,7 @@ class MacReviewWindow : public ReviewWindow {
   void setDeleteDetailedInfo(const std::string& text) override;
   void setDeleteButton(DeleteButton state) override;
   void setSpinner(const std::optional<std::string>& message) override;
+  void setNotice(const std::optional<ReviewNotice>& notice) override;
   void showWindow() override;
   void orderFrontRegardless() override;
 
@@ -30,10 +31,14 @@ class MacReviewWindow : public ReviewWindow {
 
   HarborReviewTable* table_;
   HarborActionTarget* deleteButtonClicked_;
+  HarborActionTarget* noticeButtonClicked_;
+  NSTextField* notice_;
   NSTextField* fileSelectedInfo_;
   NSTextField* deleteDetailedInfo_;
   NSTextField* spinnerMessage_;
   NSButton* deleteButton_;
+  NSButton* noticeButton_;
+  NSLayoutConstraint* tableTop_;
   NSProgressIndicator* spinner_;
   ViewWindow window_;
 };

@@ -32,6 +32,7 @@ namespace {
 
 constexpr double kMargin = 20;
 constexpr double kGap = 8;
+constexpr double kNoticeHeight = 40;
 constexpr double kViewWidth = 760;
 constexpr double kViewHeight = 440;
 constexpr double kSmallestTableWidth = 480;
@@ -43,12 +44,19 @@ MacReviewWindow::MacReviewWindow(ReviewWindowEvents events, const MacPreviewPane
     : table_([[HarborReviewTable alloc] initWithEvents:events]),
       deleteButtonClicked_([[HarborActionTarget alloc]
           initWithAction:[clicked = std::move(events.deleteButtonClicked)](NSControl*) { clicked(); }]),
+      noticeButtonClicked_([[HarborActionTarget alloc]
+          initWithAction:[clicked = std::move(events.noticeButtonClicked)](NSControl*) { clicked(); }]),
+      notice_([NSTextField labelWithString:@""]),
       fileSelectedInfo_([NSTextField labelWithString:@""]),
       deleteDetailedInfo_([NSTextField labelWithString:@""]),
       spinnerMessage_([NSTextField labelWithString:@""]),
       deleteButton_([NSButton buttonWithTitle:@"Delete"
                                        target:deleteButtonClicked_
                                        action:@selector(controlActed:)]),
+      noticeButton_([NSButton buttonWithTitle:@""
+                                       target:noticeButtonClicked_
+                                       action:@selector(controlActed:)]),
+      tableTop_(nil),
       spinner_([[NSProgressIndicator alloc] init]),
       window_(viewController(previewPanel.source()), ViewWindow::Sizing::resizable,
               std::move(events.viewDidDisappear)) {}
@@ -56,16 +64,26 @@ MacReviewWindow::MacReviewWindow(ReviewWindowEvents events, const MacPreviewPane
 NSViewController* MacReviewWindow::viewController(HarborPreviewSource* source) {
   NSView* const view = [[NSView alloc] initWithFrame:NSMakeRect(0, 0, kViewWidth, kViewHeight)];
   NSScrollView* const scrollView = table_.scrollView;
-  for (NSView* part in
-       @[ scrollView, fileSelectedInfo_, deleteDetailedInfo_, deleteButton_, spinner_, spinnerMessage_ ]) {
+  for (NSView* part in @[
+         notice_, noticeButton_, scrollView, fileSelectedInfo_, deleteDetailedInfo_, deleteButton_, spinner_,
+         spinnerMessage_
+       ]) {
     part.translatesAutoresizingMaskIntoConstraints = NO;
     [view addSubview:part];
   }
   spinner_.style = NSProgressIndicatorStyleSpinning;
   spinner_.hidden = YES;
   spinnerMessage_.hidden = YES;
+  notice_.hidden = YES;
+  noticeButton_.hidden = YES;
+  tableTop_ = [scrollView.topAnchor constraintEqualToAnchor:view.topAnchor constant:kMargin];
   [NSLayoutConstraint activateConstraints:@[
-    [scrollView.topAnchor constraintEqualToAnchor:view.topAnchor constant:kMargin],
+    [notice_.topAnchor constraintEqualToAnchor:view.topAnchor constant:kMargin],
+    [notice_.leadingAnchor constraintEqualToAnchor:scrollView.leadingAnchor],
+    [notice_.trailingAnchor constraintLessThanOrEqualToAnchor:noticeButton_.leadingAnchor constant:-kGap],
+    [noticeButton_.topAnchor constraintEqualToAnchor:view.topAnchor constant:kMargin],
+    [noticeButton_.trailingAnchor constraintEqualToAnchor:scrollView.trailingAnchor],
+    tableTop_,
     [scrollView.leadingAnchor constraintEqualToAnchor:view.leadingAnchor constant:kMargin],
     [scrollView.trailingAnchor constraintEqualToAnchor:view.trailingAnchor constant:-kMargin],
     [scrollView.bottomAnchor constraintEqualToAnchor:fileSelectedInfo_.topAnchor constant:-kGap],
@@ -124,6 +142,14 @@ void MacReviewWindow::setSpinner(const std::optional<std::string>& message) {
   } else {
     [spinner_ stopAnimation:nil];
   }
+}
+
+void MacReviewWindow::setNotice(const std::optional<ReviewNotice>& notice) {
+  notice_.hidden = !notice;
+  notice_.stringValue = shownString(notice ? notice->text : "");
+  noticeButton_.hidden = !notice || notice->buttonTitle.empty();
+  noticeButton_.title = shownString(notice ? notice->buttonTitle : "");
+  tableTop_.constant = notice ? kMargin + kNoticeHeight : kMargin;
 }
 
 void MacReviewWindow::showWindow() {

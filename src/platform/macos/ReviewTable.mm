@@ -199,6 +199,8 @@ const std::array<Column, 6>& columns() {
   const bool isUsable = row.isEnabled && row.filePath;
   cell.enabled = isUsable;
   if ([identifier isEqualToString:@"CheckboxIDCellView"]) {
+    cell.enabled = isUsable && !row.protection;
+    cell.toolTip = row.protection ? harbor::shownString(*row.protection) : nil;
     static_cast<NSButton*>(cell).state = row.isSelected ? NSControlStateValueOn : NSControlStateValueOff;
     NSString* const name =
         harbor::shownString(row.filePath ? harbor::lastPathComponent(row.filePath->path) : "");

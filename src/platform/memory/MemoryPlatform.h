@@ -22,6 +22,7 @@
 #include "platform/memory/MemoryReviewWindows.h"
 #include "platform/memory/MemoryRunLoop.h"
 #include "platform/memory/MemorySettingsStore.h"
+#include "platform/memory/MemorySoftwarePackages.h"
 #include "platform/memory/MemoryStatusItem.h"
 #include "platform/memory/MemoryStoreReview.h"
 #include "platform/memory/MemoryWindowServer.h"
@@ -59,6 +60,7 @@ struct MemoryPlatform {
   MemoryStoreReview storeReview;
   MemoryPreferencesWindows preferencesWindows;
   MemoryCleanupPlaces cleanupPlaces;
+  MemorySoftwarePackages softwarePackages;
 
   Platform asPlatform() {
     return {settings,
@@ -89,7 +91,8 @@ struct MemoryPlatform {
             loginItems,
             storeReview,
             preferencesWindows,
-            cleanupPlaces};
+            cleanupPlaces,
+            softwarePackages};
   }
 };
 

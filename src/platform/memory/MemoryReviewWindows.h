@@ -29,6 +29,7 @@ class MemoryReviewWindows : public ReviewWindows {
     void setDeleteDetailedInfo(const std::string& text) override { deleteDetailedInfo = text; }
     void setDeleteButton(DeleteButton state) override { deleteButton = state; }
     void setSpinner(const std::optional<std::string>& message) override { spinnerMessage = message; }
+    void setNotice(const std::optional<ReviewNotice>& newNotice) override { notice = newNotice; }
     void showWindow() override { shown = true; }
     void orderFrontRegardless() override { ++ordersFront; }
 
@@ -38,6 +39,7 @@ class MemoryReviewWindows : public ReviewWindows {
       ReviewWindowEvents(events).selectionChanged(row, on);
     }
     void close() { ReviewWindowEvents(events).viewDidDisappear(); }
+    void clickNotice() { ReviewWindowEvents(events).noticeButtonClicked(); }
     void clickDelete() { ReviewWindowEvents(events).deleteButtonClicked(); }
 
     ReviewWindowEvents events;
@@ -47,6 +49,7 @@ class MemoryReviewWindows : public ReviewWindows {
     std::string deleteDetailedInfo;
     DeleteButton deleteButton = DeleteButton::enabled;
     std::optional<std::string> spinnerMessage;
+    std::optional<ReviewNotice> notice;
     bool shown = false;
     int ordersFront = 0;
 

@@ -83,6 +83,7 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 @end
 
 @interface NSLayoutConstraint : NSObject
+@property CGFloat constant;
 + (void)activateConstraints:(NSArray<NSLayoutConstraint*>*)constraints HARBOR_SINCE(10.10);
 @end
 @interface NSLayoutAnchor<AnchorType> : NSObject
