@@ -23,7 +23,8 @@ TreeVisitor::Verdict FileByFileRemoval::found(const Found& item) {
   const auto facts = factsOfItem(item.parent, item.name);
   if (!facts) return Verdict::goOn;
   if (facts->isMountRoot) return Verdict::mountPoint;
-  if (facts->type == ItemType::folder) return selection_.enters(*facts) ? Verdict::enter : Verdict::goOn;
+  if (facts->type == ItemType::folder)
+    return selection_.enters(*facts, item.name) ? Verdict::enter : Verdict::goOn;
   if (!selection_.takes(*facts, item.name) || ::unlinkat(item.parent, item.name, 0) != 0)
     return Verdict::goOn;
   bytes_ += facts->bytes;

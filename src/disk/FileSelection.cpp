@@ -49,8 +49,11 @@ bool isLockFileName(std::string_view name) {
                      [&](std::string_view begin) { return small.starts_with(begin); });
 }
 
-bool matchesPattern(std::string_view name, const std::string& pattern) {
-  return ::fnmatch(pattern.c_str(), std::string(name).c_str(), 0) == 0;
+bool matchesOneOfPatterns(std::string_view name, const std::vector<std::string>& patterns) {
+  const std::string text(name);
+  return std::any_of(patterns.begin(), patterns.end(), [&text](const std::string& pattern) {
+    return ::fnmatch(pattern.c_str(), text.c_str(), 0) == 0;
+  });
 }
 
 bool hasOneOfExtensions(std::string_view name, const std::vector<std::string>& extensions) {
@@ -60,20 +63,23 @@ bool hasOneOfExtensions(std::string_view name, const std::vector<std::string>& e
 FileSelection::FileSelection(const CleanupPlace& place)
     : place_(place), kept_(identitiesOf(place.kept)), held_(identitiesOf(place.heldFolders)) {}
 
+bool FileSelection::keeps(const ItemFacts& item, std::string_view name) const {
+  const std::string small = inSmallLetters(name);
+  return kept_.contains(identityOf(item)) || matchesOneOfPatterns(small, place_.keptNames);
+}
+
 bool FileSelection::takes(const ItemFacts& item, std::string_view name) const {
-  const FileIdentity identity = identityOf(item);
-  if (item.isMountRoot || item.type == ItemType::special || kept_.contains(identity) ||
-      place_.filesInUse.contains(identity))
+  if (item.isMountRoot || item.type == ItemType::special || keeps(item, name) ||
+      place_.filesInUse.contains(identityOf(item)))
     return false;
   if (place_.take == CleanupPlace::Take::contentsInUse) return !isLockFileName(name);
   if (item.type != ItemType::file) return false;
   if (place_.take == CleanupPlace::Take::ownFilesByPattern && item.owner != ::geteuid()) return false;
-  return std::any_of(place_.names.begin(), place_.names.end(),
-                     [name](const std::string& pattern) { return matchesPattern(name, pattern); });
+  return matchesOneOfPatterns(name, place_.names);
 }
 
-bool FileSelection::enters(const ItemFacts& folder) const {
-  return place_.take != CleanupPlace::Take::ownFilesByPattern && !kept_.contains(identityOf(folder));
+bool FileSelection::enters(const ItemFacts& folder, std::string_view name) const {
+  return place_.take != CleanupPlace::Take::ownFilesByPattern && !keeps(folder, name);
 }
 
 bool FileSelection::holds(const ItemFacts& folder) const {

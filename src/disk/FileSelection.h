@@ -17,7 +17,7 @@ namespace harbor {
 bool isLockFileName(std::string_view name);
 
 // Whether the name matches a pattern of the shell: "*.log.[0-9]*". A point at its begin is like any other.
-bool matchesPattern(std::string_view name, const std::string& pattern);
+bool matchesOneOfPatterns(std::string_view name, const std::vector<std::string>& patterns);
 
 // Whether the name's path extension is one of these, in the same letter case.
 bool hasOneOfExtensions(std::string_view name, const std::vector<std::string>& extensions);
@@ -31,11 +31,13 @@ class FileSelection {
   // Whether the item goes, which is no folder.
   bool takes(const ItemFacts& item, std::string_view name) const;
   // Whether the folder is gone through.
-  bool enters(const ItemFacts& folder) const;
+  bool enters(const ItemFacts& folder, std::string_view name) const;
   // Whether the folder and those below it stay even when nothing is left in them.
   bool holds(const ItemFacts& folder) const;
 
  private:
+  bool keeps(const ItemFacts& item, std::string_view name) const;
+
   const CleanupPlace& place_;
   std::set<FileIdentity> kept_;
   std::set<FileIdentity> held_;

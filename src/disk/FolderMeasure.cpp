@@ -83,7 +83,8 @@ class SelectionMeasuringVisitor : public TreeVisitor {
   Verdict found(const Found& item) override {
     const auto facts = factsOfItem(item.parent, item.name);
     if (!facts || facts->isMountRoot) return Verdict::goOn;
-    if (facts->type == ItemType::folder) return selection_.enters(*facts) ? Verdict::enter : Verdict::goOn;
+    if (facts->type == ItemType::folder)
+      return selection_.enters(*facts, item.name) ? Verdict::enter : Verdict::goOn;
     if (selection_.takes(*facts, item.name)) measure_ += {facts->bytes, 1};
     return Verdict::goOn;
   }

@@ -2,8 +2,6 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
-
 #include "base/FileUrl.h"
 #include "disk/RecordEditing.h"
 #include "disk/TrashFolder.h"
@@ -14,10 +12,7 @@ namespace {
 using Take = CleanupPlace::Take;
 
 FileRemoval::NameTest testOfPatterns(const CleanupPlace& place) {
-  return [&place](std::string_view name) {
-    return std::any_of(place.names.begin(), place.names.end(),
-                       [name](const std::string& pattern) { return matchesPattern(name, pattern); });
-  };
+  return [&place](std::string_view name) { return matchesOneOfPatterns(name, place.names); };
 }
 
 std::string quotedForShell(const std::string& text) {

@@ -83,9 +83,11 @@ struct CleanupPlace {
   Take take = Take::item;
   std::vector<std::string> names;  // extensions, patterns, attributes, statements or programs
   const char* reason = "";         // one sentence: why nothing here is missed
-  // Of what is taken file by file. The absolute paths of items that stay with all they hold, and of folders
-  // that stay with all folders below them, even when they are empty.
+  // Of what is taken file by file. The absolute paths of items that stay with all they hold, shell patterns
+  // in small letters for the names of such items in any letter case, and the absolute paths of folders that
+  // stay with all folders below them, even when they are empty.
   std::vector<std::string> kept;
+  std::vector<std::string> keptNames;
   std::vector<std::string> heldFolders;
   std::set<FileIdentity> filesInUse;
 };

@@ -240,6 +240,8 @@ class CleanupCase(DesktopCase):
         super().setUp()
         # Whatever is installed on the machine is not installed here.
         self.desktop.environment["XDG_DATA_DIRS"] = str(self.desktop.folder / "share")
+        # The caches of the panel and its like are not the program's: outside the home folder there are none for it.
+        self.desktop.environment["XDG_CACHE_HOME"] = str(self.desktop.folder / "cache")
         self.home = self.desktop.home
 
     def fill_home(self):

@@ -256,6 +256,49 @@ TEST_F(HostileFolders, WhatIsMountedInsideStaysAndIsNoFailure) {
   EXPECT_TRUE(fs::exists(home + "/f/onTmpfs/hiddenBelow"));
 }
 
+TEST_F(HostileFolders, ATrashedItemThatCannotBeRemovedKeepsItsRecord) {
+  for (const char* name : {"t/files/a", "t/files/stuck/inside", "t/files/z", "t/info/a.trashinfo",
+                           "t/info/stuck.trashinfo", "t/info/z.trashinfo"})
+    file(name, 10);
+  ASSERT_EQ(::chmod((home + "/t/files/stuck").c_str(), 0500), 0);
+  const auto before = snapshotOf(home);
+  asOrdinaryUser([&] {
+    const auto outcome = removal.emptyTrash(home + "/t");
+    EXPECT_NE(outcome.error, 0);
+    EXPECT_EQ(outcome.bytes, 40u);
+  });
+  expectOnlyRemoved(before, snapshotOf(home),
+                    {"t/files/a", "t/files/z", "t/info/a.trashinfo", "t/info/z.trashinfo"});
+  ::chmod((home + "/t/files/stuck").c_str(), 0700);
+}
+
+TEST_F(HostileFolders, WhatIsMountedInATrashOrAFolderInUseStaysWithItsRecord) {
+  file("t/files/mounted/below");
+  file("t/files/a");
+  file("t/info/mounted.trashinfo");
+  file("t/info/a.trashinfo");
+  file("cache/mounted/below");
+  file("cache/a");
+  const bool permitted = whereItMayMount([&] {
+    for (const char* name : {"t/files/mounted", "cache/mounted"}) {
+      ASSERT_EQ(::mount("none", (home + "/" + name).c_str(), "tmpfs", 0, nullptr), 0);
+      root.makeFile("homes/ada/" + std::string(name) + "/there", "x");
+    }
+    CleanupPlace cache;
+    cache.path = home + "/cache";
+    cache.take = CleanupPlace::Take::contentsInUse;
+    removal.emptyTrash(home + "/t");
+    removal.removeFileByFile(cache.path, FileSelection(cache));
+    for (const char* name : {"t/files/mounted/there", "t/info/mounted.trashinfo", "cache/mounted/there"})
+      EXPECT_TRUE(fs::exists(home + "/" + name)) << name;
+    for (const char* name : {"t/files/a", "t/info/a.trashinfo", "cache/a"})
+      EXPECT_FALSE(fs::exists(home + "/" + name)) << name;
+  });
+  ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
+  EXPECT_TRUE(fs::exists(home + "/t/files/mounted/below"));
+  EXPECT_TRUE(fs::exists(home + "/cache/mounted/below"));
+}
+
 TEST_F(HostileFolders, TheHomeFolderMountedElsewhereIsStillTheHomeFolder) {
   file("keep", 10);
   root.makeFolder("elsewhere/again");

@@ -1,11 +1,24 @@
 #include "platform/linux/LinuxCleanupPlaces.h"
 
+#include "platform/linux/LinuxDiskPlaces.h"
 #include "platform/linux/PrivacyPlaces.h"
 
 namespace harbor {
 
-std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfCategory(CleanupCategory) const {
-  return {};
+std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfCategory(CleanupCategory category) const {
+  if (homeFolder_.empty()) return {};
+  const PlaceFinder finder(homeFolder_, environment_, root_);
+  if (category == CleanupCategory::mailDownloads)
+    return PrivacyPlaces(finder.locations(), XdgEnvironment::fromProcess(), root_ + "/tmp")
+        .placesOf(PrivacyTarget::mail);
+  auto places = diskPlaces(category, finder);
+  if (category != CleanupCategory::trashCan) return places;
+  std::vector<std::string> volumes;
+  for (const FileUrl& volume : fileManager_.mountedVolumes().value_or(std::vector<FileUrl>{}))
+    volumes.push_back(volume.path);
+  for (CleanupPlace& trash : volumeTrashes(volumes, homeFolder_))
+    places.push_back(std::move(trash));
+  return places;
 }
 
 std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfTarget(PrivacyTarget target) const {

@@ -87,7 +87,8 @@ int measureCleanups(ReportFormat format, int argc, char** argv) {
     return 1;
   }
   const LinuxFileManager fileManager(XdgEnvironment::fromProcess(), home, runLoop);
-  return print(cleanupReport(home, externalVolumesOf(fileManager), LinuxCleanupPlaces(), format));
+  return print(
+      cleanupReport(home, externalVolumesOf(fileManager), LinuxCleanupPlaces(home, fileManager), format));
 }
 
 // The path without "." and ".." in it, symbolic links kept where that leads to the same item.
@@ -208,7 +209,7 @@ struct LinuxPlatform {
                              }};
   LinuxStoreReview storeReview{[this] { openLink(workspace, Links::configured().store); }};
   LinuxPreferencesWindows preferencesWindows{userTime};
-  LinuxCleanupPlaces cleanupPlaces;
+  LinuxCleanupPlaces cleanupPlaces{homeFolderOfUserDatabase(), fileManager};
 
   Platform asPlatform() {
     return {settings,
