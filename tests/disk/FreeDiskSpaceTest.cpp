@@ -244,6 +244,24 @@ TEST_F(FreeDiskSpace, TheTrashOfEveryVolumeIsTheFirstUsers) {
   EXPECT_EQ(platform.openPanel.shown.size(), 2u);
 }
 
+TEST_F(FreeDiskSpace, AVolumeIsAskedForWhereAPlaceOfThePlatformLiesOnIt) {
+  root.makeFile("media/Backup/.Trash-7/files/item", std::string(1500, 'x'));
+  fileManager.volumes = {{{volume, true}}};
+  platform.folderBookmarks.needless = {volume + "/.Trashes/501"};
+  grantAll();
+  run("Trash Can");
+  EXPECT_EQ(platform.openPanel.shown.size(), 1u);
+  CleanupPlace trash;
+  trash.path = volume + "/.Trash-7";
+  trash.take = CleanupPlace::Take::trashedItems;
+  platform.cleanupPlaces.ofCategory[CleanupCategory::trashCan] = {trash};
+  platform.openPanel.answers = {FileUrl{volume, true}};
+  const auto before = snapshotOf(root.path());
+  run("Trash Can");
+  EXPECT_EQ(platform.openPanel.shown.size(), 2u);
+  expectOnlyRemoved(before, snapshotOf(root.path()), {"media/Backup/.Trash-7/files/item"});
+}
+
 TEST_F(FreeDiskSpace, ARefusedVolumeStopsTheFlow) {
   fillEverything();
   fileManager.volumes = {{{volume, true}}};

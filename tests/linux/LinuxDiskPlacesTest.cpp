@@ -142,6 +142,8 @@ TEST_F(LinuxDiskPlaces, CachesAreThoseOfTheDesktopAndOfEachPackagedApplication) 
                            ".cache/wal/colors.sh",
                            ".cache/pypoetry/virtualenvs/kept",
                            ".cache/pypoetry/artifacts/a",
+                           ".cache/RawTherapee/profiles/kept.pp3",
+                           ".cache/RawTherapee/images/a",
                            ".cache/app/autosaves/kept",
                            ".cache/app/LocalHistory/kept",
                            ".cache/zsh/history",
@@ -154,10 +156,10 @@ TEST_F(LinuxDiskPlaces, CachesAreThoseOfTheDesktopAndOfEachPackagedApplication) 
                            "Documents/.cache/kept"})
     file(name);
   fs::create_directory_symlink("12", home + "/snap/firefox/current");
-  expectTaken(
-      Category::applicationCaches,
-      {".cache/mozilla", ".cache/thumbnails", ".cache/loose", ".var/app/org.gimp.GIMP/cache/fontconfig/a",
-       "snap/firefox/12/.cache/a", "snap/firefox/common/.cache/b", ".cache/pypoetry/artifacts"});
+  expectTaken(Category::applicationCaches,
+              {".cache/mozilla", ".cache/thumbnails", ".cache/loose",
+               ".var/app/org.gimp.GIMP/cache/fontconfig/a", "snap/firefox/12/.cache/a",
+               "snap/firefox/common/.cache/b", ".cache/pypoetry/artifacts", ".cache/RawTherapee/images"});
 }
 
 TEST_F(LinuxDiskPlaces, LogsAreFilesAndNeverFolders) {
@@ -173,6 +175,11 @@ TEST_F(LinuxDiskPlaces, LogsAreFilesAndNeverFolders) {
               {".local/state/app/app.log", ".local/state/app/app.log.1", ".local/state/app/app.log.2.gz",
                ".local/state/app/app.log.old", ".local/state/app/app.log-20240101",
                ".local/state/app/app.log.xz", ".xsession-errors.old", ".local/share/xorg/Xorg.0.log.old"});
+}
+
+TEST_F(LinuxDiskPlaces, AFolderWithTheNameOfAnOldLogStays) {
+  file(".xsession-errors.old/kept");
+  expectTaken(Category::applicationLogs, {});
 }
 
 TEST_F(LinuxDiskPlaces, PartialDownloadsAreLookedForInBothDownloadFolders) {

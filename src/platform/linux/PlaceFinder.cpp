@@ -38,14 +38,14 @@ std::string resolved(const std::string& path) {
   return ::realpath(path.c_str(), buffer) ? buffer : std::string();
 }
 
-// The path without links in it; the last one stays where the item itself is taken. Empty when there is
-// nothing.
+// The path without links in it; the last one stays where the item itself is taken, which is a file. Empty
+// when there is nothing.
 std::string placeAt(const std::string& path, CleanupPlace::Take take) {
   if (take != CleanupPlace::Take::item) return resolved(path);
   struct stat status {};
   const std::size_t slash = path.rfind('/');
   const std::string folder = resolved(path.substr(0, slash + 1));
-  if (folder.empty() || ::lstat(path.c_str(), &status) != 0) return {};
+  if (folder.empty() || ::lstat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return {};
   return folder + path.substr(slash);
 }
 
