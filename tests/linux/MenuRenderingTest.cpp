@@ -4,10 +4,11 @@
 
 #include <QAction>
 #include <QScreen>
+#include <QToolTip>
 
 #include "OffscreenApplication.h"
 #include "platform/MenuSection.h"
-#include "platform/linux/MenuStyle.h"
+#include "platform/linux/ToolkitStyle.h"
 
 namespace harbor {
 namespace {
@@ -29,7 +30,7 @@ TEST_F(MenuRendering, KeepsAmpersandsAndUnderscoresInWhatItDraws) {
 }
 
 TEST_F(MenuRendering, ScrollsWhatIsTallerThanTheScreen) {
-  MenuStyle style(QApplication::style()->name());
+  ToolkitStyle style(QApplication::style()->name());
   QStyle* const before = target.style();
   Menu menu;
   for (int number = 0; number < 1000; ++number)
@@ -41,6 +42,27 @@ TEST_F(MenuRendering, ScrollsWhatIsTallerThanTheScreen) {
   EXPECT_LE(target.height(), target.screen()->availableGeometry().height());
   target.hide();
   target.setStyle(before);
+}
+
+TEST_F(MenuRendering, KeepsTheOrderOfATextInAMirroredMenu) {
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  EXPECT_EQ(menuLabel("15 Minutes", MenuLabels::drawn), "\u200e15 Minutes\u200e");
+  EXPECT_EQ(menuLabel("\u0645\u0631\u062d\u0628\u0627.", MenuLabels::drawn),
+            "\u0645\u0631\u062d\u0628\u0627.");
+  EXPECT_EQ(menuLabel("", MenuLabels::drawn), "");
+  EXPECT_EQ(menuLabel("15 Minutes", MenuLabels::exported), "15 Minutes");
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(menuLabel("15 Minutes", MenuLabels::drawn), "15 Minutes");
+}
+
+TEST_F(MenuRendering, TakesTheToolTipAwayWithTheMenu) {
+  showToolTips(target);
+  render({menuItem("Enable", action)});
+  target.popup(QPoint(0, 0));
+  QToolTip::showText(QPoint(10, 10), "tip", &target);
+  EXPECT_TRUE(QToolTip::isVisible());
+  target.hide();
+  EXPECT_TRUE(runUntil([] { return !QToolTip::isVisible(); }));
 }
 
 struct ExportedLabel {

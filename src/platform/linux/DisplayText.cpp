@@ -1,5 +1,7 @@
 #include "platform/linux/DisplayText.h"
 
+#include <QLabel>
+#include <QStyle>
 #include <QTextBoundaryFinder>
 #include <QTextDocument>
 
@@ -66,6 +68,10 @@ QString firstCharacters(const QString& text, int count) {
 
 QString withoutMnemonics(const std::string& text) {
   return withoutControls(text).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+void alignWithLayout(QLabel& label) {
+  label.setAlignment(QStyle::visualAlignment(label.layoutDirection(), label.alignment()) | Qt::AlignAbsolute);
 }
 
 QString toolTipText(const std::string& text) {

@@ -5,6 +5,8 @@
 #include <QString>
 #include <string>
 
+class QLabel;
+
 namespace harbor {
 
 // One line: control characters (line breaks and tabs among them) and what would turn the direction of the
@@ -17,6 +19,9 @@ QString firstCharacters(const QString& text, int count);
 
 // One line for a button or a check box: an ampersand stays an ampersand.
 QString withoutMnemonics(const std::string& text);
+
+// Has a label stand where its line of the layout begins, whatever the direction of its text.
+void alignWithLayout(QLabel& label);
 
 // For a tool tip: the first 1,000 characters, broken into lines that fit a screen, never taken for mark-up.
 QString toolTipText(const std::string& text);

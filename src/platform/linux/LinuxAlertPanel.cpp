@@ -35,8 +35,10 @@ AlertResult LinuxAlertPanel::run(const Alert& alert) {
   box.setText(withoutControls(alert.title));
   box.setInformativeText(QString::fromStdString(alert.text));
   // The second label has no setter of its own and would take mark-up.
-  for (QLabel* const label : box.findChildren<QLabel*>())
+  for (QLabel* const label : box.findChildren<QLabel*>()) {
     label->setTextFormat(Qt::PlainText);
+    alignWithLayout(*label);
+  }
   if (auto* const title = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
     QFont bold = title->font();
     bold.setBold(true);

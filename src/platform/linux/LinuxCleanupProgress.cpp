@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "base/ByteCount.h"
+#include "platform/linux/DisplayText.h"
 #include "platform/linux/LinuxApplication.h"
 
 namespace harbor {
@@ -29,6 +30,7 @@ class ProgressWindow : public QWidget {
     auto* const column = new QVBoxLayout(this);
     for (QLabel* const label : {&what_, &count_}) {
       label->setTextFormat(Qt::PlainText);
+      alignWithLayout(*label);
       column->addWidget(label);
     }
     bar_.setRange(0, 0);

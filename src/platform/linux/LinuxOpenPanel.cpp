@@ -1,21 +1,31 @@
 #include "platform/linux/LinuxOpenPanel.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTreeView>
 #include <memory>
 #include <vector>
+
+#include "platform/linux/DisplayText.h"
 
 namespace harbor {
 namespace {
 
 constexpr int kSpaceBelowMessage = 6;  // pixels
+constexpr double kPartOfScreen = 0.8;  // at the most
+// Of the toolkit's model of files.
+enum Column { kNameColumn, kSizeColumn, kTypeColumn, kDateColumn };
 
 FileUrl urlOf(const QString& path) {
   FileUrl url = FileUrl::fromPath(QFile::encodeName(path).toStdString());
@@ -49,11 +59,14 @@ class FolderDialog : public QFileDialog {
     setDirectory(QFile::decodeName(request.directory.path.c_str()));
     addMessage();
     hideTypes();
+    showDates();
+    showNamesFromTheLeft();
     connect(this, &QFileDialog::currentChanged, this, [this] { updateButton(); });
     connect(this, &QFileDialog::directoryEntered, this, [this] { updateButton(); });
     if (auto* const name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
       connect(name, &QLineEdit::textChanged, this, [this] { updateButton(); });
     updateButton();
+    resize(sizeHint().boundedTo(screen()->availableSize() * kPartOfScreen));
   }
 
   // What the Open button would open: the selected folder, or the shown one while none is selected.
@@ -94,6 +107,7 @@ class FolderDialog : public QFileDialog {
     auto* const message = new QLabel(QString::fromStdString(request_.message), this);
     message->setTextFormat(Qt::PlainText);
     message->setWordWrap(true);
+    alignWithLayout(*message);
     message->setContentsMargins(0, 0, 0, kSpaceBelowMessage);
     grid->addWidget(message, 0, 0, 1, grid->columnCount());
   }
@@ -103,6 +117,26 @@ class FolderDialog : public QFileDialog {
     for (const char* const name : {"fileTypeLabel", "fileTypeCombo"}) {
       if (auto* const widget = findChild<QWidget*>(QLatin1String(name))) widget->hide();
     }
+  }
+
+  // A mirrored name would end with the full stop with which a hidden folder's begins, and a path with its
+  // root.
+  void showNamesFromTheLeft() {
+    for (auto* const view : findChildren<QAbstractItemView*>())
+      view->setLayoutDirection(Qt::LeftToRight);
+    for (auto* const path : findChildren<QComboBox*>())
+      path->setLayoutDirection(Qt::LeftToRight);
+  }
+
+  // Folders have neither sizes nor types, and a date is shown whole.
+  void showDates() {
+    auto* const tree = findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (!tree || !tree->model()) return;
+    for (const int column : {kSizeColumn, kTypeColumn})
+      tree->setColumnHidden(column, true);
+    tree->header()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
+    tree->header()->setSectionResizeMode(kDateColumn, QHeaderView::ResizeToContents);
+    tree->header()->setStretchLastSection(false);
   }
 
   void updateButton() {

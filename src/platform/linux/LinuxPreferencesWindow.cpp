@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <utility>
 
+#include "platform/linux/DisplayText.h"
 #include "platform/linux/DrawnSwitchButton.h"
 #include "platform/linux/PaneWindow.h"
 
@@ -26,6 +27,7 @@ LinuxPreferencesWindow::LinuxPreferencesWindow(const UserTime& userTime, Prefere
   QFrame& container = window_->container();
   auto* const label = new QLabel(QStringLiteral("Launch at Login"), &container);
   label->setTextFormat(Qt::PlainText);
+  alignWithLayout(*label);
   label->setBuddy(launchAtLogin_);
   launchAtLogin_->setAccessibleName(label->text());
   resetWarnings_->setToolTip(QStringLiteral("Show every alert again that was told not to come back"));

@@ -1,9 +1,11 @@
 #include "platform/linux/MenuRendering.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
+#include <QToolTip>
 
 #include "platform/linux/DisplayText.h"
 
@@ -22,6 +24,13 @@ class MenuAction : public QAction {
   using QAction::QAction;
   MenuItem item;
 };
+
+// In a mirrored menu the toolkit would put the number of "15 Minutes" last, and a final full stop first.
+QString inOwnDirection(const QString& label) {
+  constexpr QChar kLeftToRightMark(0x200e);
+  if (!QGuiApplication::isRightToLeft() || label.isEmpty() || label.isRightToLeft()) return label;
+  return kLeftToRightMark + label + kLeftToRightMark;
+}
 
 bool hasSubmenu(const MenuItem& item) {
   return item.hasSubmenu || !item.submenu.empty();
@@ -78,7 +87,7 @@ MenuAction* newAction(QMenu& target, const MenuItem& item, const MenuItemChosen&
   }
   if (hasSubmenu(item)) {
     auto* const submenu = new QMenu(&target);
-    submenu->setToolTipsVisible(true);
+    showToolTips(*submenu);
     action->setMenu(submenu);
   }
   action->setCheckable(isChecked(item));
@@ -139,13 +148,20 @@ void render(QMenu& target, const Menu& menu, Level level, MenuLabels labels, con
 
 }  // namespace
 
+void showToolTips(QMenu& menu) {
+  menu.setToolTipsVisible(true);
+  // The toolkit leaves a tip on the screen when the keyboard closes the menu below it.
+  QObject::connect(&menu, &QMenu::aboutToHide, &menu, [] { QToolTip::hideText(); });
+}
+
 void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuItemChosen& chosen) {
   render(target, menu, Level::top, labels, chosen);
 }
 
 QString menuLabel(const std::string& title, MenuLabels labels) {
   QString label = firstCharacters(withoutControls(title), kLabelCharacters);
-  if (labels == MenuLabels::drawn) return label.replace(QLatin1Char('&'), QLatin1String("&&"));
+  if (labels == MenuLabels::drawn)
+    return inOwnDirection(label.replace(QLatin1Char('&'), QLatin1String("&&")));
 
   label.replace(QLatin1Char('_'), QLatin1String("__"));
   // The first ampersand becomes the sign for a mnemonic, which the doubled one then is: it shows as itself.

@@ -21,7 +21,11 @@ using MenuItemChosen = std::function<void(const MenuItem& item)>;
 // changed in place; `chosen` holds for those that are new.
 void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuItemChosen& chosen);
 
-// A title as the text of a QAction: one line, at most 200 characters, no mnemonic.
+// Has the menu show its entries' tool tips while it is open.
+void showToolTips(QMenu& menu);
+
+// A title as the text of a QAction: one line, at most 200 characters, no mnemonic. In what is drawn, marks of
+// direction keep it in order where the menu is mirrored and it is not.
 QString menuLabel(const std::string& title, MenuLabels labels);
 
 }  // namespace harbor

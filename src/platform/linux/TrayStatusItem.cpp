@@ -2,14 +2,12 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QLabel>
-#include <QToolButton>
-#include <QVBoxLayout>
 #include <utility>
 
 #include "platform/linux/DesktopNotification.h"
 #include "platform/linux/LinuxApplication.h"
 #include "platform/linux/MenuRendering.h"
+#include "platform/linux/MenuWindow.h"
 #include "platform/linux/TemplateImage.h"
 
 namespace harbor {
@@ -30,7 +28,7 @@ TrayStatusItem::TrayStatusItem(XcbConnection* x, ModalWindows& modalWindows, Use
       userTime_(userTime),
       finder_(x),
       blockedClicks_(modalWindows, [this] { showMenu(); }) {
-  menu_.setToolTipsVisible(true);
+  showToolTips(menu_);
   closing_.setSingleShot(true);
   closing_.setInterval(kClosing);
   QObject::connect(&closing_, &QTimer::timeout, &mainThread_, [this] { runDidClose(); });
@@ -142,21 +140,7 @@ void TrayStatusItem::popUpAtPointer() {
 }
 
 void TrayStatusItem::showMenuWindow() {
-  // Without X11 a menu can only hang below a window of the program.
-  if (!menuWindow_) {
-    menuWindow_ = std::make_unique<QWidget>();
-    menuWindow_->setWindowTitle(QString::fromLatin1(kApplicationName));
-    auto* const layout = new QVBoxLayout(menuWindow_.get());
-    auto* const sentence = new QLabel(QStringLiteral(
-        "The clipboard tools and everything that covers the screen need X11 and are switched off here."));
-    sentence->setWordWrap(true);
-    auto* const button = new QToolButton;
-    button->setText(QStringLiteral("Open Menu"));
-    button->setPopupMode(QToolButton::InstantPopup);
-    button->setMenu(&menu_);
-    layout->addWidget(sentence);
-    layout->addWidget(button);
-  }
+  if (!menuWindow_) menuWindow_ = std::make_unique<MenuWindow>(menu_);
   menuWindow_->show();
   userTime_.bringToFront(*menuWindow_);
 }

@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QSystemTrayIcon>
 #include <QTimer>
-#include <QWidget>
 #include <memory>
 #include <string>
 
@@ -18,6 +17,8 @@
 #include "platform/linux/UserTime.h"
 
 namespace harbor {
+
+class MenuWindow;
 
 class TrayStatusItem : public StatusItem {
  public:
@@ -54,8 +55,8 @@ class TrayStatusItem : public StatusItem {
   TrayFinder finder_;
   BlockedTrayClicks blockedClicks_;
   QMenu menu_;
-  std::unique_ptr<QSystemTrayIcon> icon_;  // null until there is a tray
-  std::unique_ptr<QWidget> menuWindow_;
+  std::unique_ptr<QSystemTrayIcon> icon_;   // null until there is a tray
+  std::unique_ptr<MenuWindow> menuWindow_;  // null until wanted without an X server
   std::string imageName_;
   ImageMode imageMode_ = ImageMode::original;
   PanelTone tone_ = PanelTone::unknown;

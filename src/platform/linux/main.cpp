@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QIcon>
+#include <QLocale>
 #include <QStyle>
 #include <array>
 #include <cstdio>
@@ -18,6 +19,8 @@
 #include "disk/CleanupReport.h"
 #include "disk/TWDiskUtility.h"
 #include "platform/icu/IcuText.h"
+#include "platform/linux/AccessibleWindows.h"
+#include "platform/linux/DesktopAppearance.h"
 #include "platform/linux/DesktopNotification.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/LinuxAlertPanel.h"
@@ -42,10 +45,10 @@
 #include "platform/linux/LinuxSoftwarePackages.h"
 #include "platform/linux/LinuxStoreReview.h"
 #include "platform/linux/LinuxWorkspace.h"
-#include "platform/linux/MenuStyle.h"
 #include "platform/linux/ModalWindows.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/TerminationSignals.h"
+#include "platform/linux/ToolkitStyle.h"
 #include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/UserTime.h"
 #include "platform/linux/XDesktop.h"
@@ -245,6 +248,12 @@ struct LinuxPlatform {
   }
 };
 
+// The toolkit itself goes by the language of its own texts, which are English as the program's are; the
+// desktop around the program's windows is laid out for the user's.
+Qt::LayoutDirection directionOfUserLanguage() {
+  return QLocale(QLocale::system().uiLanguages().value(0)).textDirection();
+}
+
 int run(char* program) {
   const DisplayServer display = findDisplayServer();
   if (display.qtPlatform.empty()) {
@@ -264,7 +273,9 @@ int run(char* program) {
   QApplication::setApplicationName(QString::fromLatin1(kApplicationName));
   QApplication::setDesktopFileName(QString::fromLatin1(kApplicationIdentifier));
   QApplication application(argumentCount, arguments.data());
-  QApplication::setStyle(new MenuStyle(QApplication::style()->name()));
+  QApplication::setStyle(new ToolkitStyle(QApplication::style()->name()));
+  QApplication::setLayoutDirection(directionOfUserLanguage());
+  installAccessibleWindows();
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/harbor-tray.png")));
   // Programs that are started from here make their own choice.
   if (!hasGlChoice) qunsetenv("QT_XCB_GL_INTEGRATION");
@@ -273,6 +284,7 @@ int run(char* program) {
   SingleInstance instance([&platform] { platform->statusItem.showMenu(); });
   if (instance.claim() == SingleInstance::Role::second) return 0;
 
+  const DesktopAppearance appearance;
   platform = std::make_unique<LinuxPlatform>();
   const TerminationSignals termination([&platform] { platform->application.terminate(); });
   AppDelegate delegate(platform->asPlatform());
