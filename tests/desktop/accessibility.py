@@ -11,6 +11,11 @@ ACCESSIBLE = "org.a11y.atspi.Accessible"
 ROOT = "/org/a11y/atspi/accessible/root"
 REGISTRY = "org.a11y.atspi.Registry"
 STATE_CHECKED = 4
+STATE_ENABLED = 8
+STATE_FOCUSABLE = 11
+STATE_FOCUSED = 12
+STATE_SHOWING = 25
+DIRECTION_MARK = "\u200e"  # not for the eye, and not read out
 PATIENCE = 5.0  # seconds for one question; a program that does not answer is asked again by whoever waits
 
 
@@ -34,7 +39,8 @@ class Node:
         return [Node(self.bus, str(name), str(path)) for name, path in found if not path.endswith("/null")]
 
     def text(self):
-        return str(self._ask("org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Name", otherwise=""))
+        name = self._ask("org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Name", otherwise="")
+        return str(name).strip(DIRECTION_MARK)
 
     def role(self):
         return str(self._ask(ACCESSIBLE, "GetRoleName", "", otherwise=""))

@@ -22,6 +22,7 @@ from waiting import wait_for
 
 HERE = Path(__file__).resolve().parent
 WATCHER = "org.kde.StatusNotifierWatcher"
+PORTAL = "org.freedesktop.portal.Desktop"
 
 PR_SET_PDEATHSIG = 1
 PR_SET_CHILD_SUBREAPER = 36
@@ -77,7 +78,16 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 class Desktop:
     """Use it in a with statement. `panel` and `window_manager` are programs, or None to go without."""
 
-    def __init__(self, window_manager="openbox", panel="xfce4-panel", compositor=True, dark_panel=True):
+    def __init__(
+        self,
+        window_manager="openbox",
+        panel="xfce4-panel",
+        compositor=True,
+        dark_panel=True,
+        dark_windows=False,
+        size=(1280, 800),
+    ):
+        self.size = size
         self.panel_name = panel
         self.folder = Path(tempfile.mkdtemp(prefix="harbor-desktop-"))
         self.home = self.folder / "home"
@@ -101,6 +111,8 @@ class Desktop:
             self._start_bus()
             if window_manager:
                 self.start_window_manager(window_manager)
+            if dark_windows:
+                self.start_portal()
             self.run("hsetroot", "-add", "#2e4a62", "-add", "#7fa3b8", "-gradient", "0")
             if compositor:
                 self.spawn("picom", "--config", "/dev/null", "--backend", "xrender")
@@ -223,7 +235,7 @@ class Desktop:
     def _start_screen(self):
         reader, writer = os.pipe()
         server = self.spawn(
-            *("Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-noreset", "-nolisten", "tcp"),
+            *("Xvfb", "-displayfd", str(writer), "-screen", "0", "{}x{}x24".format(*self.size), "-noreset", "-nolisten", "tcp"),
             pass_fds=(writer,),
         )
         os.close(writer)
@@ -266,6 +278,12 @@ class Desktop:
         self.spawn(name)
         root = Window(self.screen, self.screen.root.id)
         wait_for(f"the window manager {name}", lambda: root.property("_NET_SUPPORTING_WM_CHECK"))
+
+    def start_portal(self):
+        """Has the desktop say that it is a dark one, until it is told otherwise (portal.py)."""
+        portal = self.spawn("/usr/bin/python3", "-B", str(HERE / "portal.py"), "1", log="portal", stdin=subprocess.PIPE)
+        wait_for("the desktop portal", lambda: self.bus.name_has_owner(PORTAL))
+        return portal
 
     def start_panel(self, name=None):
         """Starts a panel and waits until icons can register with it."""

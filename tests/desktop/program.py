@@ -71,6 +71,7 @@ class HarborTray:
         self.settings_file = desktop.config / SETTINGS_NAME
         self.accessibility = Accessibility(desktop.accessibility_address)
         self.process = None
+        self.scale = 1  # of what it draws; it tells places in its own units
 
     # Life
 
@@ -184,8 +185,8 @@ class HarborTray:
             menu = wait_for(f"a menu with {label!r}", lambda text=label: menu_with(text))
             node = next(child for child in menu.children() if child.text() == label)
             place = center(wait_for(f"the place of {label!r}", lambda entry=node: entry.place()))
-            self.desktop.screen.move_pointer(*place)
-        return place
+            self.desktop.screen.move_pointer(*(self.scale * part for part in place))
+        return tuple(self.scale * part for part in place)
 
     def click_shown_entry(self, *labels):
         self.desktop.screen.click(*self.move_to_shown_entry(*labels))

@@ -3,7 +3,7 @@
 import struct
 import zlib
 
-from Xlib import X, XK, display, error
+from Xlib import X, XK, Xatom, display, error
 from Xlib.protocol import event
 from Xlib.ext import xtest
 
@@ -95,6 +95,20 @@ class Window:
         left, top = -origin.x, -origin.y
         return (left, top, left + geometry.width, top + geometry.height)
 
+    def is_drawn(self):
+        """Whether the screen shows along the window's middle line what the program has drawn there."""
+        box = self.box()
+        if not box:
+            return False
+        left, top, right, bottom = box
+        middle = (bottom - top) // 2
+        try:
+            own = self.window.get_image(0, middle, right - left, 1, X.ZPixmap, 0xFFFFFFFF)
+        except error.XError:
+            return False
+        line = Picture(left, top + middle, right - left, 1, own.data)
+        return line.difference(self.screen.picture((left, top + middle, right, top + middle + 1))) is None
+
 
 class Screen:
     def __init__(self, name):
@@ -109,6 +123,11 @@ class Screen:
 
     def atom(self, name):
         return self.display.intern_atom(name)
+
+    def set_resources(self, lines):
+        """What programs that start from now on find in the X resources."""
+        self.root.change_property(self.atom("RESOURCE_MANAGER"), Xatom.STRING, 8, lines.encode())
+        self.display.sync()
 
     # Windows
 
