@@ -58,8 +58,8 @@ TEST_F(MenuRendering, KeepsTheOrderOfATextInAMirroredMenu) {
 TEST_F(MenuRendering, TakesTheToolTipAwayWithTheMenu) {
   showToolTips(target);
   render({menuItem("Enable", action)});
-  target.popup(QPoint(0, 0));
-  QToolTip::showText(QPoint(10, 10), "tip", &target);
+  target.popup(QCursor::pos());
+  QToolTip::showText(QCursor::pos(), "tip", &target);
   EXPECT_TRUE(QToolTip::isVisible());
   target.hide();
   EXPECT_TRUE(runUntil([] { return !QToolTip::isVisible(); }));

@@ -1,6 +1,7 @@
 #include "platform/linux/MenuRendering.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
@@ -150,8 +151,11 @@ void render(QMenu& target, const Menu& menu, Level level, MenuLabels labels, con
 
 void showToolTips(QMenu& menu) {
   menu.setToolTipsVisible(true);
-  // The toolkit leaves a tip on the screen when the keyboard closes the menu below it.
-  QObject::connect(&menu, &QMenu::aboutToHide, &menu, [] { QToolTip::hideText(); });
+  // The toolkit leaves a tip on the screen when the keyboard closes the menu below it. A tip stands at the
+  // pointer: elsewhere it belongs to another menu.
+  QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] {
+    if (menu.geometry().contains(QCursor::pos())) QToolTip::hideText();
+  });
 }
 
 void renderMenu(QMenu& target, const Menu& menu, MenuLabels labels, const MenuItemChosen& chosen) {
