@@ -30,7 +30,23 @@ TEST_F(PreviewContentTest, ShowsAPictureScaledDown) {
   const PreviewContent content = load(path);
   EXPECT_EQ(content.picture.size(), QSize(400, 80));
   EXPECT_TRUE(content.text.isEmpty());
+  EXPECT_TRUE(content.facts.startsWith("Picture, 1000 × 200 — ")) << content.facts.toStdString();
+}
+
+TEST_F(PreviewContentTest, DoesNotDecodeAPictureThatWouldTakeLong) {
+  // A hundred thousand by a hundred thousand pixels, each of one bit: valid, and small enough as a file.
+  const PreviewContent content =
+      load(folder.makeFile("large.pbm", "P4\n100000 100000\n" + std::string(4096, '\0')));
+  EXPECT_TRUE(content.picture.isNull());
   EXPECT_TRUE(content.facts.startsWith("File — ")) << content.facts.toStdString();
+}
+
+TEST_F(PreviewContentTest, ReadsNoMoreThanTheStartOfAHugeFile) {
+  const std::string path = folder.makeFile("huge", "begin");
+  std::filesystem::resize_file(path, 10'000'000'000);
+  const PreviewContent content = load(path);
+  EXPECT_TRUE(content.text.isEmpty());
+  EXPECT_TRUE(content.facts.startsWith("File — 10 GB — ")) << content.facts.toStdString();
 }
 
 TEST_F(PreviewContentTest, ABrokenPictureIsNoPicture) {
@@ -77,13 +93,33 @@ TEST_F(PreviewContentTest, ShowsWhatIsInAFolderAndHowLargeItIs) {
   const PreviewContent content = load(folder.path("things"));
   EXPECT_TRUE(content.isFolder);
   EXPECT_EQ(content.text, "a/\nb");
-  EXPECT_TRUE(content.facts.startsWith("Folder — 1.5 MB — ")) << content.facts.toStdString();
+  EXPECT_TRUE(content.facts.startsWith("Folder, 2 items — 1.5 MB — ")) << content.facts.toStdString();
+}
+
+TEST_F(PreviewContentTest, ShowsTheFirstNamesOfALargeFolder) {
+  for (int i = 1000; i < 1600; ++i)
+    folder.makeFile("things/" + std::to_string(i));
+  const PreviewContent content = load(folder.path("things"));
+  EXPECT_TRUE(content.text.startsWith("1000\n1001\n"));
+  EXPECT_TRUE(content.text.endsWith("1499\n…")) << content.text.right(20).toStdString();
+  EXPECT_TRUE(content.facts.startsWith("Folder, 600 items — ")) << content.facts.toStdString();
 }
 
 TEST_F(PreviewContentTest, OpensNothingThatCouldBlock) {
   const std::string path = folder.path("pipe");
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   EXPECT_TRUE(load(path).facts.startsWith("Special file"));
+}
+
+TEST_F(PreviewContentTest, ALinkThatLeadsToItselfIsALink) {
+  std::filesystem::create_symlink("loop", folder.path("loop"));
+  EXPECT_EQ(load(folder.path("loop")).text, "loop");
+}
+
+TEST_F(PreviewContentTest, ADeviceIsNotRead) {
+  const PreviewContent content = load("/dev/zero");
+  EXPECT_TRUE(content.text.isEmpty());
+  EXPECT_TRUE(content.facts.startsWith("Special file"));
 }
 
 TEST_F(PreviewContentTest, ShowsWhereALinkLeadsAndNotWhatIsThere) {

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QPointer>
+#include <atomic>
 #include <functional>
+#include <memory>
 
 #include "platform/PreviewPanel.h"
 #include "platform/PropertyListCoder.h"
@@ -24,11 +26,15 @@ class LinuxPreviewPanel : public PreviewPanel {
   void preview(const FileUrl& item) override;
 
  private:
+  void follow(QWidget* window);
+
   RunLoop& runLoop_;
   const PropertyListCoder& coder_;
   UserTime& userTime_;
   std::function<std::uint64_t(const std::string& path)> sizeOfFolder_;
   QPointer<PreviewWidget> widget_;
+  QMetaObject::Connection following_;
+  std::shared_ptr<std::atomic<int>> latestRequest_ = std::make_shared<std::atomic<int>>(0);
 };
 
 }  // namespace harbor

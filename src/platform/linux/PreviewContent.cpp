@@ -12,6 +12,7 @@
 #include <QStringDecoder>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <optional>
 #include <vector>
 
@@ -25,13 +26,16 @@ namespace {
 constexpr std::size_t kLongestText = 64 * 1024;
 constexpr std::size_t kLargestPicture = 32 << 20;
 constexpr std::size_t kLargestPropertyList = 1 << 20;
+constexpr std::size_t kPictureStart = 4096;  // enough to tell a picture's format
+constexpr qint64 kMostPixels =
+    150'000'000;  // what takes seconds to decode; a page scanned at 1,200 dpi has 140 million
 constexpr int kPictureMemory = 256;  // megabytes
-constexpr int kMostEntries = 500;
+constexpr std::size_t kMostEntriesRead = 20'000;
+constexpr std::size_t kMostEntriesShown = 500;
 constexpr int kDeepestShown = 24;
 
 // Formats that are nothing but pixels; drawings that may carry scripts or references are not among them.
-constexpr std::array kPictureFormats{"png",  "jpeg", "jpg", "gif", "bmp", "ico",
-                                     "webp", "ppm",  "pgm", "pbm", "xpm"};
+constexpr std::array kPictureFormats{"png", "jpeg", "jpg", "gif", "bmp", "ico", "webp", "ppm", "pgm", "pbm"};
 
 QByteArray readStart(int descriptor, std::size_t most) {
   QByteArray bytes;
@@ -45,21 +49,35 @@ QByteArray readStart(int descriptor, std::size_t most) {
   return bytes;
 }
 
-QImage pictureFrom(QByteArray bytes, QSize largest) {
+bool isPicture(QByteArray start) {
+  QBuffer buffer(&start);
+  buffer.open(QIODevice::ReadOnly);
+  const QByteArray format = QImageReader::imageFormat(&buffer);
+  const auto isFormat = [&format](const char* allowed) { return format == allowed; };
+  return std::any_of(kPictureFormats.begin(), kPictureFormats.end(), isFormat);
+}
+
+struct Picture {
+  QImage image;
+  QSize size;  // in the file
+};
+
+// Nothing when it is broken, or too large to be decoded in a short time.
+std::optional<Picture> pictureFrom(QByteArray bytes, QSize largest) {
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::ReadOnly);
   QImageReader reader(&buffer);
   reader.setDecideFormatFromContent(true);
   reader.setAutoTransform(true);
-  const QByteArray format = reader.format();
-  const auto isFormat = [&format](const char* allowed) { return format == allowed; };
-  if (std::none_of(kPictureFormats.begin(), kPictureFormats.end(), isFormat)) return {};
-  const QSize size = reader.size();
-  if (!size.isValid()) return {};
+  QSize size = reader.size();
+  if (!size.isValid() || qint64{size.width()} * size.height() > kMostPixels) return std::nullopt;
   if (size.width() > largest.width() || size.height() > largest.height()) {
     reader.setScaledSize(size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1}));
   }
-  return reader.read();
+  if (reader.transformation() & QImageIOHandler::TransformationRotate90) size.transpose();
+  QImage image = reader.read();
+  if (image.isNull()) return std::nullopt;
+  return Picture{std::move(image), size};
 }
 
 // The bytes as text, when they are text throughout; a character cut off at the end is left out.
@@ -127,27 +145,38 @@ std::optional<QString> propertyListFrom(const QByteArray& bytes, const std::stri
   return text.trimmed();
 }
 
-// The names in the folder, sorted; no more than so many.
-QString listingOf(const std::string& path) {
+struct Listing {
+  QString text;  // the first names in alphabetical order
+  QString count;
+};
+
+Listing listingOf(const std::string& path) {
   std::vector<QString> names;
   bool isCut = false;
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
   DIR* const directory = descriptor < 0 ? nullptr : ::fdopendir(descriptor);
-  while (const dirent* entry = directory ? ::readdir(directory) : nullptr) {
+  if (!directory) return {{}, QStringLiteral("you have no permission to list it")};
+  while (const dirent* entry = ::readdir(directory)) {
     const std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
-    if (names.size() == kMostEntries) {
+    if (names.size() == kMostEntriesRead) {
       isCut = true;
       break;
     }
     names.push_back(withoutControls(name) + (entry->d_type == DT_DIR ? QStringLiteral("/") : QString()));
   }
-  if (directory) ::closedir(directory);
+  ::closedir(directory);
   std::sort(names.begin(), names.end());
-  QString text;
-  for (const QString& name : names)
-    text += name + QLatin1Char('\n');
-  return isCut ? text + QStringLiteral("…") : text.trimmed();
+  const std::size_t shown = std::min(names.size(), kMostEntriesShown);
+  Listing listing;
+  for (std::size_t i = 0; i < shown; ++i)
+    listing.text += names[i] + QLatin1Char('\n');
+  listing.text += shown < names.size() ? QStringLiteral("…") : QString();
+  listing.text = listing.text.trimmed();
+  listing.count = isCut               ? QStringLiteral("more than %1 items").arg(kMostEntriesRead)
+                  : names.size() == 1 ? QStringLiteral("1 item")
+                                      : QStringLiteral("%1 items").arg(names.size());
+  return listing;
 }
 
 QString factsLine(const QString& kind, std::uint64_t bytes, const struct stat& status) {
@@ -171,8 +200,9 @@ PreviewContent loadPreview(const FileUrl& item, const PropertyListCoder& coder,
   const auto size = static_cast<std::uint64_t>(status.st_size);
   if (S_ISDIR(status.st_mode)) {
     content.isFolder = true;
-    content.text = listingOf(item.path);
-    content.facts = factsLine(QStringLiteral("Folder"), sizeOfFolder(item.path), status);
+    const Listing listing = listingOf(item.path);
+    content.text = listing.text;
+    content.facts = factsLine(QStringLiteral("Folder, ") + listing.count, sizeOfFolder(item.path), status);
     return content;
   }
   if (S_ISLNK(status.st_mode)) {
@@ -191,14 +221,21 @@ PreviewContent loadPreview(const FileUrl& item, const PropertyListCoder& coder,
   content.facts = factsLine(QStringLiteral("File"), size, status);
   const FileDescriptor file(
       ::open(item.path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  if (!file && errno == EACCES) {
+    content.facts += QStringLiteral(" — you have no permission to read it");
+    return content;
+  }
   // Another kind of file may have taken the name meanwhile.
   if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return content;
-  if (size <= kLargestPicture) {
+  if (size <= kLargestPicture && isPicture(readStart(file.get(), kPictureStart))) {
     QImageReader::setAllocationLimit(kPictureMemory);
-    const QByteArray start = readStart(file.get(), 16);
-    if (::lseek(file.get(), 0, SEEK_SET) == 0 && !start.isEmpty()) {
-      content.picture = pictureFrom(readStart(file.get(), kLargestPicture), largest);
-      if (!content.picture.isNull()) return content;
+    if (::lseek(file.get(), 0, SEEK_SET) != 0) return content;
+    if (auto picture = pictureFrom(readStart(file.get(), kLargestPicture), largest)) {
+      content.picture = std::move(picture->image);
+      const QString kind =
+          QStringLiteral("Picture, %1 × %2").arg(picture->size.width()).arg(picture->size.height());
+      content.facts = factsLine(kind, size, status);
+      return content;
     }
   }
   if (::lseek(file.get(), 0, SEEK_SET) != 0) return content;
