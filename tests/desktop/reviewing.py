@@ -139,6 +139,7 @@ class UninstallerCase(DesktopCase):
         """The title of the alert, which is then put away."""
         labels = self.label_texts(self.tray.wait_for_dialog())
         self.tray.answer("OK")
+        self.wait_for_active("Sketchbook")
         return labels[0]
 
     @property

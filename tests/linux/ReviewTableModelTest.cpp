@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QSortFilterProxyModel>
 #include <utility>
 
 #include "OffscreenApplication.h"
@@ -88,16 +87,17 @@ TEST_F(ReviewTable, CannotTickARowThatIsProtectedButUseIt) {
             std::string::npos);
 }
 
-TEST_F(ReviewTable, KeepsItsRowNumbersUnderASortedView) {
-  QSortFilterProxyModel sorted;
-  sorted.setSourceModel(&model);
-  sorted.setSortRole(ReviewTableModel::sortRole);
-  sorted.sort(ReviewTableModel::sizeColumn, Qt::DescendingOrder);
-  EXPECT_EQ(sorted.mapToSource(sorted.index(0, 0)).row(), 2);
-  EXPECT_EQ(sorted.mapToSource(sorted.index(1, 0)).row(), 0);
-  ASSERT_TRUE(
-      sorted.setData(sorted.index(0, ReviewTableModel::checkColumn), Qt::Checked, Qt::CheckStateRole));
-  EXPECT_EQ(changes, (std::vector<std::pair<int, bool>>{{2, true}}));
+TEST_F(ReviewTable, ComparesNamesWhateverTheirCaseSizesByTheByteAndTicks) {
+  model.setRows({rowOf("/z/Beta", 999), rowOf("/Y/alpha", 1000), rowOf("/z/beta", 7)});
+  EXPECT_TRUE(model.comesBefore(1, 0, ReviewTableModel::nameColumn));
+  EXPECT_FALSE(model.comesBefore(0, 2, ReviewTableModel::nameColumn));
+  EXPECT_FALSE(model.comesBefore(2, 0, ReviewTableModel::nameColumn));
+  EXPECT_TRUE(model.comesBefore(1, 0, ReviewTableModel::folderColumn));
+  EXPECT_TRUE(model.comesBefore(0, 1, ReviewTableModel::sizeColumn));
+  model.setData(model.index(0, ReviewTableModel::checkColumn), Qt::Checked, Qt::CheckStateRole);
+  EXPECT_TRUE(model.comesBefore(1, 0, ReviewTableModel::checkColumn));
+  model.appendRows({rowOf("/z/AARDVARK", 1)});
+  EXPECT_TRUE(model.comesBefore(3, 1, ReviewTableModel::nameColumn));
 }
 
 }  // namespace

@@ -24,6 +24,26 @@ bool isButtonColumn(int column) {
   return column == ReviewTableModel::revealColumn || column == ReviewTableModel::quickLookColumn;
 }
 
+class SortedRows : public QSortFilterProxyModel {
+ public:
+  SortedRows(ReviewTableModel& model, QObject* parent) : QSortFilterProxyModel(parent), model_(model) {}
+
+ protected:
+  bool lessThan(const QModelIndex& left, const QModelIndex& right) const override {
+    return model_.comesBefore(left.row(), right.row(), left.column());
+  }
+
+ private:
+  const ReviewTableModel& model_;
+};
+
+// Paths and sizes read from left to right in a window of either direction; a name reads as its letters do.
+QString isolated(const QString& text, int column) {
+  constexpr char16_t kLeftToRight = u'\u2066', kAsItsFirstLetter = u'\u2068', kEnd = u'\u2069';
+  return QChar(column == ReviewTableModel::nameColumn ? kAsItsFirstLetter : kLeftToRight) + text +
+         QChar(kEnd);
+}
+
 // The keyboard's place is a frame around the whole cell, beside whatever is in it.
 class CellDelegate : public QStyledItemDelegate {
  public:
@@ -37,6 +57,18 @@ class CellDelegate : public QStyledItemDelegate {
   }
 
  protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->direction == Qt::RightToLeft && !option->text.isEmpty() && !isButtonColumn(index.column()))
+      option->text = isolated(option->text, index.column());
+    // A style takes the edge of a box from the colour of the window, which on a dark list nobody sees.
+    const QPalette& palette = option->palette;
+    if (option->features & QStyleOptionViewItem::HasCheckIndicator &&
+        palette.color(QPalette::Base).lightness() < 128) {
+      option->palette.setColor(QPalette::Window, palette.color(QPalette::Text).darker(110));
+    }
+  }
+
   static void paintFocus(QPainter* painter, const QStyleOptionViewItem& option) {
     if (!(option.state & QStyle::State_HasFocus)) return;
     const bool isSelected = option.state & QStyle::State_Selected;
@@ -78,10 +110,9 @@ class ButtonDelegate : public CellDelegate {
 }  // namespace
 
 ReviewTable::ReviewTable(ReviewTableModel& model, QWidget* parent)
-    : QTableView(parent), model_(model), sorted_(new QSortFilterProxyModel(this)) {
+    : QTableView(parent), model_(model), sorted_(new SortedRows(model, this)) {
   AccessibleReviewTable::install();
   sorted_->setSourceModel(&model_);
-  sorted_->setSortRole(ReviewTableModel::sortRole);
   // A row must not move away under the pointer because its box was ticked; rows that arrive are sorted in.
   sorted_->setDynamicSortFilter(false);
   connect(sorted_, &QAbstractItemModel::rowsInserted, this, [this] {
@@ -160,6 +191,10 @@ void ReviewTable::toggle(const QModelIndex& index) {
 void ReviewTable::toggleSelectedRows() {
   const QModelIndex current = sorted_->mapToSource(currentIndex());
   if (!current.isValid()) return;
+  if (!selectionModel()->isRowSelected(currentIndex().row())) {
+    toggle(currentIndex());
+    return;
+  }
   const Qt::CheckState state = model_.row(current.row()).isSelected ? Qt::Unchecked : Qt::Checked;
   for (const QModelIndex& selected : selectionModel()->selectedRows(ReviewTableModel::checkColumn)) {
     model_.setData(sorted_->mapToSource(selected), state, Qt::CheckStateRole);
@@ -193,6 +228,7 @@ void ReviewTable::keyPressEvent(QKeyEvent* event) {
 void ReviewTable::contextMenuEvent(QContextMenuEvent* event) {
   const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
   const QModelIndex index = isByKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+  if (isByKey) scrollTo(index);
   auto* const menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const auto add = [&](const QString& text, int column) {

@@ -36,7 +36,7 @@ class ReviewTable : public QTableView {
 
  private:
   void makeHeader();
-  // Space ticks or clears all selected rows.
+  // Space ticks or clears all selected rows; the current one alone when it is not among them.
   void toggleSelectedRows();
   void addSorting(QMenu& menu);
 

@@ -32,17 +32,27 @@ void ReviewTableModel::setRows(std::vector<ReviewRow> rows) {
   // The same rows in another state keep the table's place and the user's current cell.
   if (rows.size() == rows_.size() && !rows.empty()) {
     rows_ = std::move(rows);
+    makeSortKeys();
     emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     return;
   }
   beginResetModel();
   rows_ = std::move(rows);
+  makeSortKeys();
   endResetModel();
+}
+
+void ReviewTableModel::makeSortKeys() {
+  sortKeys_.clear();
+  for (const ReviewRow& row : rows_)
+    sortKeys_.push_back(sortKeysOf(row));
 }
 
 void ReviewTableModel::appendRows(std::vector<ReviewRow> rows) {
   if (rows.empty()) return;
   const int first = rowCount();
+  for (const ReviewRow& row : rows)
+    sortKeys_.push_back(sortKeysOf(row));
   beginInsertRows({}, first, first + static_cast<int>(rows.size()) - 1);
   rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
   endInsertRows();
@@ -97,10 +107,25 @@ QVariant ReviewTableModel::accessibleText(const ReviewRow& row, int column) cons
   }
 }
 
-QVariant ReviewTableModel::sortKey(const ReviewRow& row, int column) const {
-  if (column == checkColumn) return row.isSelected;
-  if (column == sizeColumn) return static_cast<qulonglong>(row.fileSize);
-  return text(row, column).toString().toLower();
+ReviewTableModel::SortKeys ReviewTableModel::sortKeysOf(const ReviewRow& row) const {
+  return {text(row, nameColumn).toString().toCaseFolded(), text(row, folderColumn).toString().toCaseFolded()};
+}
+
+bool ReviewTableModel::comesBefore(int left, int right, int column) const {
+  const auto l = static_cast<std::size_t>(left);
+  const auto r = static_cast<std::size_t>(right);
+  switch (column) {
+    case checkColumn:
+      return rows_[l].isSelected < rows_[r].isSelected;
+    case nameColumn:
+      return sortKeys_[l].name < sortKeys_[r].name;
+    case folderColumn:
+      return sortKeys_[l].folder < sortKeys_[r].folder;
+    case sizeColumn:
+      return rows_[l].fileSize < rows_[r].fileSize;
+    default:
+      return false;
+  }
 }
 
 QVariant ReviewTableModel::data(const QModelIndex& index, int role) const {
@@ -125,8 +150,6 @@ QVariant ReviewTableModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleDescriptionRole:
       if (column == checkColumn && item.protection) return QString::fromStdString(*item.protection);
       return item.caution ? QVariant(QString::fromStdString(*item.caution)) : QVariant();
-    case sortRole:
-      return sortKey(item, column);
     default:
       return {};
   }

@@ -22,13 +22,16 @@ class ReviewTableModel : public QAbstractTableModel {
     quickLookColumn,
     endOfColumns
   };
-  static constexpr int sortRole = Qt::UserRole;  // what a column is sorted by
 
   explicit ReviewTableModel(QObject* parent = nullptr);
 
   void setRows(std::vector<ReviewRow> rows);
   void appendRows(std::vector<ReviewRow> rows);
   const ReviewRow& row(int index) const { return rows_[static_cast<std::size_t>(index)]; }
+
+  // Whether one row stands before another where the table is sorted by that column: letters whatever their
+  // case, sizes by the byte, and what is not ticked first.
+  bool comesBefore(int left, int right, int column) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -45,9 +48,16 @@ class ReviewTableModel : public QAbstractTableModel {
   QVariant text(const ReviewRow& row, int column) const;
   QVariant toolTip(const ReviewRow& row, int column) const;
   QVariant accessibleText(const ReviewRow& row, int column) const;
-  QVariant sortKey(const ReviewRow& row, int column) const;
+  // Thousands of rows are sorted anew while more of them arrive: what they are compared by is made once.
+  struct SortKeys {
+    QString name;
+    QString folder;
+  };
+  SortKeys sortKeysOf(const ReviewRow& row) const;
+  void makeSortKeys();
 
   std::vector<ReviewRow> rows_;
+  std::vector<SortKeys> sortKeys_;  // one for each row
   QIcon folderIcon_;
   QIcon fileIcon_;
   QIcon cautionIcon_;

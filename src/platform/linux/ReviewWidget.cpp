@@ -1,6 +1,8 @@
 #include "platform/linux/ReviewWidget.h"
 
 #include <QCloseEvent>
+#include <QFrame>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,6 +22,7 @@ namespace {
 constexpr QSize kDefaultSize{920, 560};
 constexpr QSize kSmallestSize{560, 320};
 constexpr int kMargin = 12;
+constexpr int kSpinnerDistance = 24;
 
 QLabel* plainLabel(QWidget* parent) {
   auto* const label = new QLabel(parent);
@@ -36,7 +39,7 @@ ReviewWidget::ReviewWidget(ReviewWindowEvents events)
       table_(new ReviewTable(*model_, this)),
       notice_(plainLabel(this)),
       noticeButton_(new QPushButton(this)),
-      spinner_(new QWidget(table_)),
+      spinner_(new QFrame(this)),
       spinnerMessage_(plainLabel(spinner_)),
       summary_(plainLabel(this)),
       status_(plainLabel(this)),
@@ -52,13 +55,20 @@ ReviewWidget::ReviewWidget(ReviewWindowEvents events)
   auto* const bottom = new QHBoxLayout;
   bottom->addLayout(texts, 1);
   bottom->addWidget(deleteButton_, 0, Qt::AlignVCenter);
+  // The spinner lies over the lower end of the table.
+  auto* const overlay = new QVBoxLayout;
+  overlay->setContentsMargins(0, 0, 0, kSpinnerDistance);
+  overlay->addWidget(spinner_, 0, Qt::AlignHCenter | Qt::AlignBottom);
+  auto* const content = new QGridLayout;
+  content->addWidget(table_, 0, 0);
+  content->addLayout(overlay, 0, 0);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   auto* const top = new QHBoxLayout;
   top->addWidget(notice_, 1);
   top->addWidget(noticeButton_, 0, Qt::AlignVCenter);
   layout->addLayout(top);
-  layout->addWidget(table_, 1);
+  layout->addLayout(content, 1);
   layout->addLayout(bottom);
 
   setMinimumSize(kSmallestSize);
@@ -94,15 +104,8 @@ void ReviewWidget::makeSpinner() {
   layout->addWidget(bar, 0, Qt::AlignHCenter);
   spinner_->setAutoFillBackground(true);
   spinner_->setBackgroundRole(QPalette::Window);
+  spinner_->setFrameShape(QFrame::StyledPanel);
   spinner_->hide();
-}
-
-void ReviewWidget::placeSpinner() {
-  const QSize size = spinner_->sizeHint() + QSize(24, 12);
-  const QRect area = table_->rect();
-  spinner_->setGeometry(
-      QRect(QPoint(area.center().x() - size.width() / 2, area.bottom() - size.height() - 24), size));
-  spinner_->raise();
 }
 
 void ReviewWidget::setSummary(const std::optional<std::string>& text) {
@@ -129,9 +132,7 @@ void ReviewWidget::setDeleteButton(DeleteButton state) {
 
 void ReviewWidget::setSpinner(const std::optional<std::string>& message) {
   spinner_->setVisible(message.has_value());
-  if (!message) return;
-  spinnerMessage_->setText(QString::fromStdString(*message));
-  placeSpinner();
+  spinnerMessage_->setText(QString::fromStdString(message.value_or(std::string())));
 }
 
 void ReviewWidget::report(std::function<void(std::size_t row)> ReviewWindowEvents::*handler, int row) {
@@ -146,11 +147,6 @@ void ReviewWidget::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QWidget::keyPressEvent(event);
-}
-
-void ReviewWidget::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  if (spinner_->isVisible()) placeSpinner();
 }
 
 void ReviewWidget::closeEvent(QCloseEvent* event) {

@@ -6,6 +6,7 @@
 
 #include "platform/ReviewWindow.h"
 
+class QFrame;
 class QLabel;
 class QPushButton;
 
@@ -32,11 +33,9 @@ class ReviewWidget : public QWidget {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void makeSpinner();
-  void placeSpinner();
   // Calls the handler of that row's button once the table has returned from the event.
   void report(std::function<void(std::size_t row)> ReviewWindowEvents::*handler, int row);
 
@@ -45,7 +44,7 @@ class ReviewWidget : public QWidget {
   ReviewTable* table_;
   QLabel* notice_;
   QPushButton* noticeButton_;
-  QWidget* spinner_;
+  QFrame* spinner_;
   QLabel* spinnerMessage_;
   QLabel* summary_;
   QLabel* status_;
