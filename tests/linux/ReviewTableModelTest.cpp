@@ -52,11 +52,13 @@ TEST_F(ReviewTable, AlignsSizesToTheRight) {
   EXPECT_TRUE(alignment & Qt::AlignRight);
 }
 
-TEST_F(ReviewTable, TellsTheWholePathOrTheReasonForCautionAsPlainText) {
+TEST_F(ReviewTable, TellsTheWholePathAndTheReasonForCautionAsPlainText) {
   EXPECT_NE(text(0, ReviewTableModel::folderColumn, Qt::ToolTipRole).find("/home/user/a"), std::string::npos);
   EXPECT_EQ(text(0, ReviewTableModel::folderColumn, Qt::ToolTipRole).find("<b>"), std::string::npos);
   EXPECT_NE(text(2, ReviewTableModel::nameColumn, Qt::ToolTipRole).find("Another application uses it"),
             std::string::npos);
+  EXPECT_TRUE(
+      model.data(model.index(2, ReviewTableModel::nameColumn), Qt::ToolTipRole).toString().endsWith("\n/b"));
   EXPECT_EQ(text(3, ReviewTableModel::nameColumn, Qt::ToolTipRole), "");
 }
 

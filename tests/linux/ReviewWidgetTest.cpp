@@ -230,6 +230,16 @@ TEST_F(ReviewWidgetTest, KeepsTheWidthThatTheUserGaveAColumn) {
   EXPECT_EQ(table.columnWidth(Model::nameColumn), 333);
 }
 
+TEST_F(ReviewWidgetTest, ShowsAllColumnsInASmallWindow) {
+  widget.hide();
+  widget.resize(widget.minimumSize());
+  widget.show();
+  ASSERT_TRUE(runUntil([&] { return table.viewport()->width() < widget.minimumWidth(); }));
+  EXPECT_LE(table.horizontalHeader()->length(), table.viewport()->width());
+  EXPECT_GT(table.columnWidth(Model::nameColumn), 80);
+  EXPECT_GT(table.columnWidth(Model::folderColumn), 60);
+}
+
 TEST_F(ReviewWidgetTest, TheSpinnerLiesOverTheLowerEndOfTheTable) {
   widget.setSpinner("Looking for files");
   const auto* const bar = widget.findChild<QProgressBar*>();

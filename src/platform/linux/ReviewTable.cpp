@@ -6,8 +6,10 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QScrollBar>
 #include <QSortFilterProxyModel>
 #include <QStyledItemDelegate>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -17,6 +19,7 @@
 namespace harbor {
 namespace {
 
+constexpr int kWidestName = 36;  // digits, as long as the user wants no other width
 constexpr std::array kSortedColumns{ReviewTableModel::checkColumn, ReviewTableModel::nameColumn,
                                     ReviewTableModel::folderColumn, ReviewTableModel::sizeColumn};
 
@@ -159,12 +162,29 @@ void ReviewTable::makeHeader() {
   header->setSectionResizeMode(QHeaderView::Interactive);
   header->setSectionResizeMode(ReviewTableModel::folderColumn, QHeaderView::Stretch);
   const int unit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+  header->setMinimumSectionSize(unit * 5);
   header->resizeSection(ReviewTableModel::checkColumn, unit * 9);
-  header->resizeSection(ReviewTableModel::nameColumn, unit * 36);
   header->resizeSection(ReviewTableModel::sizeColumn, unit * 12);
   header->resizeSection(ReviewTableModel::revealColumn, unit * 11);
   header->resizeSection(ReviewTableModel::quickLookColumn, unit * 11);
-  header->setMinimumSectionSize(unit * 5);
+}
+
+void ReviewTable::shareWidth() {
+  QHeaderView* const header = horizontalHeader();
+  int room = viewport()->width() - verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column < header->count(); ++column) {
+    if (column != ReviewTableModel::nameColumn && column != ReviewTableModel::folderColumn)
+      room -= header->sectionSize(column);
+  }
+  const int unit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+  header->resizeSection(ReviewTableModel::nameColumn,
+                        std::clamp(room / 2, header->minimumSectionSize(), unit * kWidestName));
+}
+
+void ReviewTable::showEvent(QShowEvent* event) {
+  // Later on the widths are the user's.
+  if (!event->spontaneous()) shareWidth();
+  QTableView::showEvent(event);
 }
 
 bool ReviewTable::isEnabled(const QModelIndex& index) const {

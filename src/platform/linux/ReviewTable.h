@@ -33,9 +33,12 @@ class ReviewTable : public QTableView {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
  private:
   void makeHeader();
+  // Shares what the other columns leave between names and folders.
+  void shareWidth();
   // Space ticks or clears all selected rows; the current one alone when it is not among them.
   void toggleSelectedRows();
   void addSorting(QMenu& menu);

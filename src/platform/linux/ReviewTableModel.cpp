@@ -86,11 +86,13 @@ QVariant ReviewTableModel::text(const ReviewRow& row, int column) const {
 
 QVariant ReviewTableModel::toolTip(const ReviewRow& row, int column) const {
   if (column == checkColumn && row.protection) return toolTipText(*row.protection);
-  if (column == nameColumn && row.caution) return toolTipText(*row.caution);
+  const std::string path = row.filePath ? row.filePath->path : std::string();
+  if (column == nameColumn && row.caution)
+    return toolTipText(*row.caution + (path.empty() ? "" : "\n" + path));
   if (!row.filePath) return {};
   if (column == revealColumn) return tr("Show in the file manager");
   if (column == quickLookColumn) return tr("Show what is in it");
-  return toolTipText(row.filePath->path);
+  return toolTipText(path);
 }
 
 QVariant ReviewTableModel::accessibleText(const ReviewRow& row, int column) const {
