@@ -1,3 +1,5 @@
+from pathlib import Path
+
 from case import DesktopCase, center, wait_for, with_history
 from screen import Window
 
@@ -89,6 +91,34 @@ class Menu(DesktopCase):
         self.assertGreater(len(colours), 2, "a menu with text has more than a background")
         self.assertGreaterEqual(left, 0)
         self.assertLessEqual(right, self.screen.width)
+
+
+class ManyApplications(DesktopCase):
+    starts_program = False
+
+    def test_scroll_in_a_menu_that_stays_on_the_screen(self):
+        opened = self.desktop.home / "opened"
+        for number in range(1000):
+            (self.desktop.data / f"applications/org.example.App{number:03}.desktop").write_text(
+                f"[Desktop Entry]\nType=Application\nName=Zz {number:03}\nExec=/usr/bin/touch {opened}-{number:03}\n"
+            )
+        self.start()
+        self.click_icon()
+        wait_for("the entries", lambda: self.tray.accessibility.popup_with("Quit"))
+        for key in ("Down", "Down", "Down", "Right"):
+            self.screen.press_key(key)
+        wait_for("the submenu", lambda: len(self.tray.popups()) == 2)
+        # From its first entry to the last, and into that one's own menu.
+        for key in ("Up", "Right"):
+            self.screen.press_key(key)
+        wait_for("the application's menu", lambda: len(self.tray.popups()) == 3)
+        for popup in self.tray.popups():
+            left, top, right, bottom = popup.box()
+            self.assertTrue(left >= 0 and top >= 0, popup.box())
+            self.assertTrue(right <= self.screen.width and bottom <= self.screen.height, popup.box())
+        self.screen.press_key("Return")
+        wait_for("the last application", Path(f"{opened}-999").exists)
+        self.assertEqual(len(list(self.desktop.home.glob("opened-*"))), 1)
 
 
 def contrast(case):

@@ -25,6 +25,11 @@ struct RelatedFileReportTest : testing::Test {
     return relatedFileReport(RelatedFileSearch{text, folder.path("home"), folder.path("root"), {}}, widget,
                              bundle, format);
   }
+  static std::uint64_t sizeOfEntry(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0);
+    return static_cast<std::uint64_t>(status.st_size);
+  }
   std::string home(const std::string& path) const { return folder.path("home/" + path); }
 
   TemporaryFolder folder;
@@ -77,6 +82,16 @@ TEST_F(RelatedFileReportTest, CountsALinkAsTheLink) {
                 .find("/Library/WebKit/widget\", \"bytes\": " + std::to_string(widget.size()) +
                       ", \"isFolder\": false}"),
             std::string::npos);
+}
+
+TEST_F(RelatedFileReportTest, CountsAFolderWithAllBelowItAndWhatIsGoneAsNothing) {
+  folder.makeFile("full/.hidden", std::string(24, 'x'));
+  folder.makeFile("full/deep/er/file", std::string(1000, 'x'));
+  const std::uint64_t folders =
+      sizeOfEntry(folder.path("full/deep")) + sizeOfEntry(folder.path("full/deep/er"));
+  EXPECT_EQ(sizeOfRelatedFile(folder.path("full")), 1024 + folders);
+  EXPECT_EQ(sizeOfRelatedFile(folder.path("full/deep/er/file")), 1000u);
+  EXPECT_EQ(sizeOfRelatedFile(folder.path("gone")), 0u);
 }
 
 TEST_F(RelatedFileReportTest, KeepsNamesOnOneLineWhateverTheyHold) {

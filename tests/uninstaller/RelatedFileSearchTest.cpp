@@ -8,6 +8,7 @@
 #include <set>
 
 #include "platform/icu/IcuText.h"
+#include "support/AsNobody.h"
 
 namespace harbor {
 namespace {
@@ -161,9 +162,52 @@ TEST_F(RelatedFileSearchTest, AMatchingLibraryFolderIsTakenWholeOnlyWhenEmpty) {
 TEST_F(RelatedFileSearchTest, TwoMatchingSupportFoldersYieldOnlyOne) {
   folder("/home/Library/Application Support/Widget");
   folder("/home/Library/Application Support/Widget Pro");
+  file("/home/Library/Application Support/Vendor/widget");
+  const std::string first = fs::directory_iterator(home + "/Library/Application Support")->path().string();
+  const std::string vendor = "/home/Library/Application Support/Vendor";
   const auto besides = foundBesides();
   ASSERT_EQ(besides.size(), 1u);
   EXPECT_TRUE(besides.begin()->starts_with("/home/Library/Application Support/Widget"));
+  if (first != top + vendor) {
+    EXPECT_EQ(top + *besides.begin(), first);
+  }
+}
+
+TEST_F(RelatedFileSearchTest, ADeeperMatchYieldsOnlyOneWithTheStop) {
+  file("/home/Library/Caches/Vendor/widget.one");
+  file("/home/Library/Caches/Vendor/widget.two");
+  file("/home/Library/Caches/Another/widget.three");
+  EXPECT_EQ(foundBesides().size(), 1u);
+}
+
+TEST_F(RelatedFileSearchTest, OnlyTheSystemsReportsAreSearchedOutsideTheHomeFolder) {
+  for (const SearchLocation& location : searchLocations()) {
+    if (location.anchor == SearchLocation::Anchor::home) file(std::string(location.path) + "/x/widget");
+    if (location.anchor == SearchLocation::Anchor::root)
+      file("/home" + std::string(location.path) + "/x/widget");
+  }
+  file("/Library/Preferences/widget.plist");
+  file("/Library/Logs/DiagnosticReports/widget.ips");
+  file("/.widgetrc");
+  EXPECT_EQ(foundBesides(), Set{"/Library/Logs/DiagnosticReports/widget.ips"});
+}
+
+TEST_F(RelatedFileSearchTest, AFolderThatCannotBeListedContributesNoneOfItsEntries) {
+  file("/home/Library/WidgetClosed/widget.log");
+  file("/home/.config/widget/widget.conf");
+  file("/home/.config/vendor/widget.conf");
+  file("/home/Library/Cookies/widget");
+  fs::permissions(top, fs::perms::all);
+  const char* const closed[] = {"/home/Library/WidgetClosed", "/home/.config/widget", "/home/.config/vendor",
+                                "/home/Library/Cookies"};
+  for (const char* path : closed)
+    fs::permissions(top + path, fs::perms::none);
+  {
+    const AsNobody nobody;
+    EXPECT_EQ(foundBesides(), Set{"/home/.config/widget"});
+  }
+  for (const char* path : closed)
+    fs::permissions(top + path, fs::perms::owner_all);
 }
 
 TEST_F(RelatedFileSearchTest, AFirstLevelMatchComesBeforeAnyDeeperOne) {
@@ -223,6 +267,8 @@ TEST_F(RelatedFileSearchTest, AnEmptyNameTakesEveryEntryOfEveryPlace) {
   const auto besides = foundBesides();
   EXPECT_TRUE(besides.contains("/home/Library/Preferences/anything.plist"));
   EXPECT_TRUE(besides.contains("/home/Library/Cookies/else"));
+  // Every entry of both places, and both of the Library folder's folders by their entries.
+  EXPECT_EQ(besides.count("/home/Library/Preferences/anything.plist"), 2u);
 }
 
 TEST_F(RelatedFileSearchTest, AnApplicationThatSaysNothingYieldsOnlyItself) {

@@ -3,15 +3,20 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <set>
 
 #include "platform/icu/IcuText.h"
 #include "platform/memory/MemoryApplicationBundles.h"
 #include "platform/memory/MemoryFileManager.h"
+#include "support/AsNobody.h"
 #include "support/TemporaryFolder.h"
 
 namespace harbor {
 namespace {
+
+namespace fs = std::filesystem;
 
 struct TWApplicationsTest : testing::Test {
   TemporaryFolder folder;
@@ -82,6 +87,30 @@ TEST_F(TWApplicationsTest, AFolderThatCannotBeListedContributesNothing) {
   fileManager.localApplications.push_back({folder.path("missing"), true});
   applications.reload();
   EXPECT_EQ(names(), Names{"Seen.app"});
+}
+
+TEST_F(TWApplicationsTest, ASubfolderThatCannotBeListedIsSkipped) {
+  folder.makeFolder("Closed/Inside.app");
+  folder.makeFolder("Seen.app");
+  fs::permissions(folder.path(), fs::perms::all);
+  fs::permissions(folder.path("Closed"), fs::perms::none);
+  {
+    const AsNobody nobody;
+    applications.reload();
+  }
+  fs::permissions(folder.path("Closed"), fs::perms::owner_all);
+  EXPECT_EQ(names(), Names{"Seen.app"});
+}
+
+TEST_F(TWApplicationsTest, AThousandApplicationsAreAllListedInOrder) {
+  for (int i = 0; i < 1000; ++i)
+    folder.makeFolder("Vendor " + std::to_string(i % 7) + "/App" + std::to_string(i) + ".app");
+  applications.reload();
+  EXPECT_EQ(applications.applicationsSorted.size(), 1000u);
+  EXPECT_TRUE(std::is_sorted(applications.applicationsSorted.begin(), applications.applicationsSorted.end(),
+                             [this](const FileUrl& a, const FileUrl& b) {
+                               return bundles.sortKey(a.path) < bundles.sortKey(b.path);
+                             }));
 }
 
 TEST_F(TWApplicationsTest, AReloadReplacesTheWholeList) {

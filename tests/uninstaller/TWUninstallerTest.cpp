@@ -133,7 +133,39 @@ TEST_F(TWUninstallerTest, OneWrongTypeAnywhereFailsTheWholeList) {
   }
 }
 
+TEST_F(TWUninstallerTest, NothingStoredLeavesTheListAsItIs) {
+  uninstaller.saveUninstalledApp(record(kWidget, {{kWidget, 1, true}}));
+  settings.values.erase(settings_keys::uninstalledApplications);
+  uninstaller.loadUninstalledApps();
+  EXPECT_EQ(uninstaller.uninstalledApps.size(), 1u);
+}
+
+TEST_F(TWUninstallerTest, LoadingReplacesTheWholeList) {
+  TWUninstaller other(settings, coder);
+  other.saveUninstalledApp(record(FileUrl{"/Applications/Other.app", true}, {}));
+  uninstaller.uninstalledApps.push_back(std::make_shared<UninstalledApp>(record(kWidget, {})));
+  uninstaller.loadUninstalledApps();
+  ASSERT_EQ(uninstaller.uninstalledApps.size(), 1u);
+  EXPECT_EQ(uninstaller.uninstalledApps[0]->appName->path, "/Applications/Other.app");
+}
+
 TEST_F(TWUninstallerTest, AHistoryThatCannotBeEncodedIsKeptInMemoryAndNotStored) {
+  struct : LibplistCoder {
+    std::optional<Data> encode(const PropertyList& value) const override {
+      return fails ? std::nullopt : LibplistCoder::encode(value);
+    }
+    bool fails = false;
+  } failing;
+  TWUninstaller history(settings, failing);
+  EXPECT_TRUE(history.saveUninstalledApp(record(kWidget, {})));
+  const auto stored = settings.dataForKey("UninstalledApplications");
+  failing.fails = true;
+  EXPECT_FALSE(history.saveUninstalledApp(record(FileUrl{"/Applications/B.app", true}, {})));
+  EXPECT_EQ(history.uninstalledApps.size(), 2u);
+  EXPECT_EQ(settings.dataForKey("UninstalledApplications"), stored);
+}
+
+TEST_F(TWUninstallerTest, AHistoryThatCannotBeStoredIsKeptInMemory) {
   EXPECT_TRUE(uninstaller.saveUninstalledApp(record(kWidget, {})));
   settings.failsWrites = true;
   EXPECT_FALSE(uninstaller.saveUninstalledApp(record(FileUrl{"/Applications/B.app", true}, {})));

@@ -13,6 +13,7 @@ namespace harbor {
 namespace {
 
 namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
 
 struct ReviewTest : testing::Test {
   ReviewTest() {
@@ -104,6 +105,24 @@ TEST_F(ReviewTest, TheSectionLeavesOutSystemApplicationsAndTheProgramItself) {
   EXPECT_EQ(
       section(),
       "[ ] Uninstall Applications\n  [ ] Uninstallation History\n  ---\n  [ ] Reload Apps action\n  ---\n");
+}
+
+TEST_F(ReviewTest, ASystemApplicationIsKnownByItsPathAlone) {
+  systemApps = {"/Applications/Widget.app", top + "/applications/Gadget.app"};
+  const std::string text = section();
+  EXPECT_NE(text.find("TOP/Applications/Widget.app"), std::string::npos);
+  EXPECT_NE(text.find("TOP/Applications/Gadget.app"), std::string::npos);
+}
+
+TEST_F(ReviewTest, AThousandApplicationsEachHaveTheirRows) {
+  for (int i = 0; i < 1000; ++i)
+    fs::create_directories(top + "/Applications/App" + std::to_string(i) + ".app");
+  controller.reloadApps({});
+  Menu menu;
+  controller.appendSection(menu, MenuBuild::later);
+  ASSERT_EQ(menu.at(0).submenu.size(), 4u + 1002u);
+  for (std::size_t i = 4; i < menu[0].submenu.size(); ++i)
+    ASSERT_EQ(menu[0].submenu[i].submenu.size(), 2u);
 }
 
 TEST_F(ReviewTest, TheHistoryListsRecordsOldestFirstAndSkipsThoseWithoutAUrl) {
@@ -210,6 +229,45 @@ TEST_F(ReviewTest, RevealAndPreviewTakeTheRowsFile) {
   EXPECT_EQ(preview.previewed, (std::vector<FileUrl>{{preferences, false}}));
 }
 
+TEST_F(ReviewTest, ARowWithoutAFileCanNeitherBeRevealedNorPreviewedNorDeleted) {
+  uninstaller.saveUninstalledApp({FileUrl{widget(), true}, {{std::nullopt, 0, true}}});
+  auto& window = history();
+  EXPECT_FALSE(window.rows.at(0).isEnabled);
+  window.events.revealClicked(0);
+  window.events.quickLookClicked(0);
+  EXPECT_TRUE(platform.workspace.revealed.empty());
+  EXPECT_TRUE(preview.previewed.empty());
+}
+
+TEST_F(ReviewTest, DeletingTheApplicationTakesItOffTheMenuWithoutAReload) {
+  auto& window = review();
+  window.check(0, true);
+  window.clickDelete();
+  EXPECT_EQ(section(),
+            "[ ] Uninstall Applications\n"
+            "  [ ] Uninstallation History\n"
+            "    [ ] Widget tip=TOP/Applications/Widget.app action\n"
+            "  ---\n"
+            "  [ ] Reload Apps action\n"
+            "  ---\n"
+            "  [ ] Gadget\n"
+            "    [ ] Open tip=TOP/Applications/Gadget.app action\n"
+            "    [ ] Uninstall tip=TOP/Applications/Gadget.app action\n");
+}
+
+TEST_F(ReviewTest, WhatLayInADeletedFolderCountsAsDeletedToo) {
+  const std::string inner = top + "/home/.config/widget/widget.conf";
+  fs::create_directories(fs::path(inner).parent_path());
+  std::ofstream(inner) << "x";
+  auto& window = review();
+  ASSERT_EQ(window.rows.size(), 3u);
+  window.check(1, true);
+  window.check(2, true);
+  window.clickDelete();
+  EXPECT_EQ(platform.fileManager.trashed, Strings{top + "/home/.config/widget"});
+  EXPECT_EQ(platform.alertPanel.shown.at(0).title, "Successful");
+}
+
 TEST_F(ReviewTest, DeletingEverythingSelectedSucceeds) {
   const std::string preferences = file("Preferences/com.example.Widget.plist");
   const std::string cookies = file("Cookies/com.example.Widget");
@@ -249,8 +307,11 @@ TEST_F(ReviewTest, WhatCannotBeTrashedGivesAWarning) {
   EXPECT_EQ(platform.alertPanel.shown[0].text,
             "Some of the selected files could not be deleted due to lack of permission. To reinspect this "
             "uninstallation, please check the Uninstallation History from the Uninstall Applications menu.");
+  EXPECT_EQ(platform.alertPanel.shown[0].buttons, Strings{"OK"});
   EXPECT_EQ(window.deleteDetailedInfo,
             "Some selected files could not be deleted. Please delete the remaining ones yourself.");
+  EXPECT_EQ(window.fileSelectedInfo, "No Files Selected (Zero KB)");
+  EXPECT_EQ(window.deleteButton, DeleteButton::disabled);
   EXPECT_TRUE(window.rows[2].isEnabled);
 }
 
@@ -262,8 +323,10 @@ TEST_F(ReviewTest, DeletingNothingIsUnsuccessful) {
             "None of the selected files could be deleted due to lack of permission. To reinspect this "
             "uninstallation, "
             "please check the Uninstallation History from the Uninstall Applications menu.");
+  EXPECT_EQ(platform.alertPanel.shown[0].buttons, Strings{"OK"});
   EXPECT_EQ(window.deleteDetailedInfo,
             "No selected files could be deleted. Please manually delete them yourself.");
+  EXPECT_EQ(window.deleteButton, DeleteButton::disabled);
   EXPECT_EQ(uninstaller.uninstalledApps.size(), 1u);
 }
 
