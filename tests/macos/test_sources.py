@@ -5,6 +5,7 @@ import pathlib
 import plistlib
 import re
 import shlex
+import struct
 import subprocess
 import tempfile
 import unittest
@@ -155,6 +156,27 @@ class Bundle(unittest.TestCase):
         self.assertTrue((ROOT / "packaging/macos/StatusBarButtonImage.png").exists())
         self.assertTrue((ROOT / "packaging/macos/StatusBarButtonImage@2x.png").exists())
         self.assertTrue((ROOT / f'packaging/macos/{plist("Info.plist.in")["CFBundleIconFile"]}.icns').exists())
+
+
+    def test_images_have_the_sizes_that_the_system_asks_for(self):
+        def size_and_channels(data):
+            self.assertEqual(data[:8], b"\x89PNG\r\n\x1a\n")
+            return struct.unpack(">IIxB", data[16:26])
+
+        with_alpha = 6
+        folder = ROOT / "packaging/macos"
+        self.assertEqual(size_and_channels((folder / "StatusBarButtonImage.png").read_bytes()), (18, 18, with_alpha))
+        self.assertEqual(size_and_channels((folder / "StatusBarButtonImage@2x.png").read_bytes()), (36, 36, with_alpha))
+        family = (folder / "HarborTray.icns").read_bytes()
+        self.assertEqual(struct.unpack(">4sI", family[:8]), (b"icns", len(family)))
+        sizes = {}
+        place = 8
+        while place < len(family):
+            kind, length = struct.unpack(">4sI", family[place:place + 8])
+            sizes[kind] = size_and_channels(family[place + 8:place + length])
+            place += length
+        self.assertEqual(sizes, {kind: (side, side, with_alpha) for kind, side in (
+            (b"ic07", 128), (b"ic08", 256), (b"ic09", 512), (b"ic10", 1024))})
 
 
 class Signing(unittest.TestCase):

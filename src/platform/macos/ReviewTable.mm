@@ -178,6 +178,8 @@ const std::array<Column, 6>& columns() {
   } else {
     NSTextField* const label = [NSTextField labelWithString:@""];
     label.lineBreakMode = NSLineBreakByTruncatingMiddle;
+    // A file's name may hold line breaks.
+    label.usesSingleLineMode = YES;
     if ([identifier isEqualToString:@"SizeIDCellView"]) label.alignment = NSTextAlignmentRight;
     cell = label;
   }
