@@ -16,6 +16,7 @@
 #include "platform/linux/LinuxApplicationBundles.h"
 #include "platform/linux/LinuxReviewWindow.h"
 #include "platform/linux/LinuxRunLoop.h"
+#include "platform/linux/UserLocations.h"
 #include "platform/memory/MemoryPlatform.h"
 #include "support/TemporaryFolder.h"
 #include "uninstaller/UninstallerController.h"
@@ -87,6 +88,7 @@ struct Installed {
     for (int i = 0; i < unrelated; ++i)
       folder.makeFile("home/Library/Preferences/com.vendor.App" + std::to_string(i) + ".plist");
     environment.dataHome = folder.path();
+    environment.configHome = folder.path("home/.config");
     environment.searchPath = {"/usr/local/bin", "/usr/bin", "/bin"};
     platform.fileManager.localApplications = {{folder.path("applications"), true}};
     applications.reload();
@@ -118,7 +120,10 @@ struct Installed {
   LinuxRunLoop runLoop;
   XdgEnvironment environment;
   DesktopEntries entries{environment};
-  LinuxApplicationBundles bundles{entries, platform.text};
+  LinuxApplicationBundles bundles{entries, platform.text, [this] {
+                                    const auto unset = [](const char*) { return std::nullopt; };
+                                    return UserLocations(folder.path("home"), UserDirectories(), unset);
+                                  }};
   UserTime userTime{nullptr};
   LinuxReviewWindows reviewWindows{userTime};
   TWDialog dialog{platform.alertPanel, platform.settings};
@@ -128,7 +133,7 @@ struct Installed {
   std::vector<std::string> systemApps;
   UninstallerController controller{
       {runLoop, platform.text, dialog, platform.workspace, platform.fileManager, reviewWindows,
-       platform.previewPanel, openWindows, applications, uninstaller},
+       platform.previewPanel, openWindows, applications, uninstaller, platform.softwarePackages},
       bundles,
       {systemApps, "Harbor Tray", [this] { return folder.path("home"); }, folder.path("root"),
        [] { return true; },
