@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QPushButton>
 #include <QTableView>
 #include <QTimer>
 #include <algorithm>
@@ -109,7 +110,14 @@ struct Installed {
     sender.path = application;
     controller.uninstallApp(sender);
   }
+  // Once the search has ended, so that it takes nothing from the next one.
   void closeWindow() {
+    waitUntil([this] {
+      for (const auto* button : table()->window()->findChildren<QPushButton*>()) {
+        if (button->text() == QStringLiteral("Delete")) return button->isEnabled();
+      }
+      return true;
+    });
     table()->window()->close();
     waitUntil([this] { return !table(); });
   }
