@@ -6,6 +6,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <set>
 
 #include "disk/AttributeErasing.h"
 #include "disk/FileByFileRemoval.h"
@@ -21,17 +22,41 @@ namespace {
 // tries.
 constexpr int kMostPasses = 100;
 
-// The folders that hold the users' home folders by custom, whatever the user database says.
-constexpr std::array<std::string_view, 2> kFoldersOfHomes{"home", "Users"};
+// The folders that hold the users' home folders by custom, and the superuser's own, whatever the user
+// database says.
+constexpr std::array<std::string_view, 3> kFoldersOfHomes{"home", "Users", "root"};
 
 bool isBelow(const std::vector<std::string>& path, const std::vector<std::string>& folder) {
   return path.size() > folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
 }
 
+bool isBelowOneOf(const std::vector<std::string>& path,
+                  const std::vector<std::vector<std::string>>& folders) {
+  return std::any_of(folders.begin(), folders.end(),
+                     [&](const auto& folder) { return isBelow(path, folder); });
+}
+
+// The home folder's components as they are written and as they really are; empty when it is no folder that a
+// user can have.
+std::vector<std::vector<std::string>> namesOfHome(const std::string& home) {
+  auto written = pathComponents(home);
+  if (!home.starts_with('/') || written.empty() || home.find('\0') != std::string::npos) return {};
+  auto resolved = FolderPath::resolve(home);
+  if (!resolved) return {std::move(written)};
+  return {std::move(written), std::move(resolved->components)};
+}
+
+std::optional<ItemFacts> factsOfFolder(const std::string& path) {
+  const auto place = FolderPath::resolve(path);
+  return place && place->folder ? factsOfDescriptor(place->folder.get()) : std::nullopt;
+}
+
 // Removes whatever the walk finds, folders on the way back. Two threads may call it.
 class RemovingVisitor : public TreeVisitor {
  public:
-  explicit RemovingVisitor(CleanupStatus& status) : status_(status) {}
+  // The home folder stays, should a second mount have brought it below what is removed.
+  RemovingVisitor(CleanupStatus& status, const std::optional<ItemFacts>& home)
+      : status_(status), home_(home) {}
 
   Verdict found(const Found& item) override {
     if (item.type == ItemType::folder) return Verdict::enter;
@@ -48,6 +73,7 @@ class RemovingVisitor : public TreeVisitor {
     return fail(error);
   }
 
+  bool keeps(const ItemFacts& folder) const override { return home_ && folder.isSameItemAs(*home_); }
   void entered(const ItemFacts&, std::size_t) override {}
 
   Verdict couldNotEnter(const Found& item, int error) override {
@@ -126,6 +152,7 @@ class RemovingVisitor : public TreeVisitor {
   }
 
   CleanupStatus& status_;
+  const std::optional<ItemFacts> home_;
   std::atomic<std::uint64_t> bytes_ = 0;
   std::atomic<std::uint64_t> items_ = 0;
   std::uint64_t itemsBeforePass_ = 0;
@@ -203,25 +230,30 @@ std::optional<RemovalRefusal> FileRemoval::refusalForText(const std::string& pat
 std::optional<RemovalRefusal> FileRemoval::refusalForPlace(const std::vector<std::string>& place) const {
   if (place.size() <= 1) return RemovalRefusal::rootOrDirectChild;
 
-  const std::string home = home_();
-  const auto written = pathComponents(home);
-  if (!home.starts_with('/') || written.empty() || home.find('\0') != std::string::npos)
-    return RemovalRefusal::noHomeFolder;
-  const auto resolved = FolderPath::resolve(home);
-  const auto real = resolved ? resolved->components : written;
-  for (const auto& ownHome : {written, real}) {
-    if (place == ownHome || isBelow(ownHome, place)) return RemovalRefusal::homeOrAbove;
+  const auto homes = namesOfHome(home_());
+  if (homes.empty()) return RemovalRefusal::noHomeFolder;
+  for (const auto& home : homes) {
+    if (place == home || isBelow(home, place)) return RemovalRefusal::homeOrAbove;
   }
-  if (isBelow(place, written) || isBelow(place, real)) return std::nullopt;
+  if (isBelowOneOf(place, homes)) return std::nullopt;
 
   // What lies beside the own home folder is somebody else's.
-  for (auto homes : {written, real}) {
-    homes.pop_back();
-    if (!homes.empty() && isBelow(place, homes)) return RemovalRefusal::foreignHome;
+  for (auto beside : homes) {
+    beside.pop_back();
+    if (!beside.empty() && isBelow(place, beside)) return RemovalRefusal::foreignHome;
   }
-  for (const std::string_view homes : kFoldersOfHomes) {
-    if (place.front() == homes) return RemovalRefusal::foreignHome;
+  for (const std::string_view custom : kFoldersOfHomes) {
+    if (place.front() == custom) return RemovalRefusal::foreignHome;
   }
+  return std::nullopt;
+}
+
+std::optional<RemovalRefusal> FileRemoval::refusalForWay(const std::vector<std::string>& path,
+                                                         const std::vector<std::string>& place) const {
+  if (const auto refusal = refusalForPlace(place)) return refusal;
+  const auto homes = namesOfHome(home_());
+  // The trash of a volume that somebody hands over may be a link to whatever he likes.
+  if (isBelowOneOf(place, homes) && !isBelowOneOf(path, homes)) return RemovalRefusal::leadsIntoHome;
   return std::nullopt;
 }
 
@@ -250,7 +282,7 @@ FileDescriptor FileRemoval::openTopFolder(const std::string& path, RemovalOutcom
     outcome.openError = errno;
     return {};
   }
-  if (const auto refusal = refusalForPlace(place->components)) {
+  if (const auto refusal = refusalForWay(pathComponents(path), place->components)) {
     outcome.refusal = refusal;
     return {};
   }
@@ -271,7 +303,7 @@ RemovalOutcome FileRemoval::removeEntry(int parent, const char* name) {
   const auto facts = factsOfItem(parent, name);
   if (!facts) return failed(errno);
   if (facts->type == ItemType::folder && isHomeOrAbove(*facts)) return refused(RemovalRefusal::homeOrAbove);
-  RemovingVisitor visitor(status_);
+  RemovingVisitor visitor(status_, factsOfFolder(home_()));
   for (int tries = 0; tries < kMostPasses; ++tries) {
     walkItem(parent, name, FolderReader::Order::byInode, visitor);
     if (visitor.outcome().error != 0 || !visitor.takeContested()) return visitor.outcome();
@@ -293,7 +325,7 @@ RemovalOutcome FileRemoval::removeItem(const std::string& path) {
   if (!parent) return failed(errno);
   auto place = parent->components;
   place.push_back(name);
-  if (const auto refusal = refusalForPlace(place)) return refused(*refusal);
+  if (const auto refusal = refusalForWay(pathComponents(path), place)) return refused(*refusal);
   return removeEntry(parent->folder.get(), name.c_str());
 }
 
@@ -301,7 +333,7 @@ RemovalOutcome FileRemoval::emptyFolder(const std::string& path) {
   RemovalOutcome outcome;
   FileDescriptor folder = openTopFolder(path, outcome);
   if (!folder) return outcome;
-  RemovingVisitor visitor(status_);
+  RemovingVisitor visitor(status_, factsOfFolder(home_()));
   visitor.readTopAgain();
   walkBelowInOrder(std::move(folder), FolderReader::Order::byInode, visitor);
   return visitor.outcome();
@@ -312,18 +344,26 @@ RemovalOutcome FileRemoval::removeEntries(const std::string& folderPath, const N
   const FileDescriptor folder = openTopFolder(folderPath, outcome);
   if (!folder) return outcome;
   FolderReader reader(FolderReader::Order::asStored);
-  for (bool atEnd = false; !atEnd;) {
-    const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
-    atEnd = result.atEnd;
-    for (const FolderEntry& entry : result.entries) {
-      if (!matches(entry.name)) continue;
-      const FolderMeasure measure = measureItem(folder.get(), entry.name);
-      const RemovalOutcome removed = removeEntry(folder.get(), entry.name);
-      if (removed.refusal) continue;
-      outcome.bytes += measure.bytes;
-      outcome.items += removed.items;
-      if (removed.error != 0) outcome.error = removed.error;
+  std::set<std::string> left;
+  // Some file systems leave entries out when others are removed while the folder is read.
+  for (int pass = 0; pass < kMostPasses; ++pass) {
+    const std::uint64_t itemsBefore = outcome.items;
+    ::lseek(folder.get(), 0, SEEK_SET);
+    for (bool atEnd = false; !atEnd;) {
+      const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
+      atEnd = result.atEnd;
+      for (const FolderEntry& entry : result.entries) {
+        if (!matches(entry.name) || left.contains(entry.name)) continue;
+        const FolderMeasure measure = measureItem(folder.get(), entry.name);
+        const RemovalOutcome removed = removeEntry(folder.get(), entry.name);
+        if (removed.refusal || removed.error != 0) left.insert(entry.name);
+        if (removed.refusal) continue;
+        outcome.bytes += measure.bytes;
+        outcome.items += removed.items;
+        if (removed.error != 0) outcome.error = removed.error;
+      }
     }
+    if (outcome.items == itemsBefore) break;
   }
   return outcome;
 }

@@ -26,6 +26,7 @@ enum class RemovalRefusal {
   noHomeFolder,       // the user database gives no home folder, so no path can have been built on one
   homeOrAbove,        // the home folder or a folder that holds it
   foreignHome,        // in a home folder that is not this user's
+  leadsIntoHome,      // a place elsewhere that a link turns into one in the home folder
 };
 
 struct RemovalOutcome {
@@ -80,7 +81,10 @@ class FileRemoval {
   std::optional<RemovalRefusal> refusalForText(const std::string& path) const;
 
  private:
-  std::optional<RemovalRefusal> refusalForPlace(const std::vector<std::string>& components) const;
+  std::optional<RemovalRefusal> refusalForPlace(const std::vector<std::string>& place) const;
+  // Why a path that really leads to this place may not be removed or emptied.
+  std::optional<RemovalRefusal> refusalForWay(const std::vector<std::string>& path,
+                                              const std::vector<std::string>& place) const;
   bool isHomeOrAbove(const ItemFacts& folder) const;
   // The folder behind the path, open for reading; nothing, and why in the outcome, when it is refused or
   // cannot be opened.

@@ -221,7 +221,7 @@ class Walker {
       }
       return;
     }
-    if (facts->isMountRoot || facts->device != level.facts.device) {
+    if (facts->isMountRoot || facts->device != level.facts.device || visitor_.keeps(*facts)) {
       level.holdsMountPoint = true;
       return;
     }

@@ -45,6 +45,8 @@ class TreeVisitor {
   virtual ~TreeVisitor() = default;
 
   virtual Verdict found(const Found& item) = 0;
+  // Whether an opened folder stays with all that it holds, as if something were mounted on it.
+  virtual bool keeps(const ItemFacts&) const { return false; }
   // A folder has been opened and its contents follow.
   virtual void entered(const ItemFacts& folder, std::size_t depth) = 0;
   // An item that was to be entered could not be opened as a folder. `enter` means the same as `goOn` here.

@@ -4,6 +4,7 @@ import os
 import plistlib
 import sqlite3
 import stat
+from pathlib import Path
 
 from case import DesktopCase, OtherProgram, wait_for
 
@@ -197,24 +198,29 @@ KEPT = [
     "Library/Mobile Documents/com~apple~CloudDocs/letter",
 ]
 
-PLACES = """
-CREATE TABLE moz_places (id INTEGER PRIMARY KEY, url LONGVARCHAR, title LONGVARCHAR, rev_host LONGVARCHAR,
-  visit_count INTEGER DEFAULT 0, hidden INTEGER DEFAULT 0 NOT NULL, frecency INTEGER DEFAULT -1 NOT NULL, guid TEXT,
-  foreign_count INTEGER DEFAULT 0 NOT NULL, url_hash INTEGER DEFAULT 0 NOT NULL);
-CREATE TABLE moz_historyvisits (id INTEGER PRIMARY KEY, from_visit INTEGER, place_id INTEGER, visit_date INTEGER,
-  visit_type INTEGER, session INTEGER);
-CREATE TABLE moz_bookmarks (id INTEGER PRIMARY KEY, type INTEGER, fk INTEGER DEFAULT NULL, parent INTEGER,
-  position INTEGER, title LONGVARCHAR, guid TEXT);
-CREATE UNIQUE INDEX moz_places_guid_uniqueindex ON moz_places (guid);
-INSERT INTO moz_places (id, url, guid) VALUES (1, 'https://kept.example/', 'a'), (2, 'https://seen.example/', 'b'),
-  (3, 'https://kept.example/too', 'c');
+PLACES = (Path(__file__).parent / "places.sql").read_text() + """
+INSERT INTO moz_origins (id, prefix, host, frecency) VALUES (1, 'https://', 'kept.example', 5),
+  (2, 'https://', 'seen.example', 5);
+INSERT INTO moz_places (id, url, guid, origin_id) VALUES (1, 'https://kept.example/', 'a', 1),
+  (2, 'https://seen.example/', 'b', 2), (3, 'https://kept.example/too', 'c', 1);
 INSERT INTO moz_historyvisits (place_id) VALUES (1), (2), (2), (3);
 INSERT INTO moz_bookmarks (type, fk, title) VALUES (2, NULL, 'menu'), (1, 1, 'one'), (1, 3, 'three'), (1, 3, 'again');
+INSERT INTO moz_keywords (keyword, place_id) VALUES ('k', 1);
+INSERT INTO moz_anno_attributes (id, name) VALUES (1, 'note');
+INSERT INTO moz_annos (place_id, anno_attribute_id, content) VALUES (1, 1, 'of the first');
+INSERT INTO moz_inputhistory VALUES (3, 'typed', 2);
+INSERT INTO moz_meta VALUES ('sync/bookmarks/syncId', 'x');
+INSERT INTO moz_places_metadata (place_id, created_at) VALUES (3, 7);
+PRAGMA journal_mode = WAL;
 """
 QUARANTINE_EVENTS = """
 CREATE TABLE LSQuarantineEvent (LSQuarantineEventIdentifier TEXT PRIMARY KEY NOT NULL, LSQuarantineTimeStamp REAL,
-  LSQuarantineAgentName TEXT, LSQuarantineDataURLString TEXT);
-INSERT INTO LSQuarantineEvent VALUES ('1', 2.5, 'Browser', 'https://seen.example/file.zip');
+  LSQuarantineAgentBundleIdentifier TEXT, LSQuarantineAgentName TEXT, LSQuarantineDataURLString TEXT,
+  LSQuarantineSenderName TEXT, LSQuarantineSenderAddress TEXT, LSQuarantineTypeNumber INTEGER,
+  LSQuarantineOriginTitle TEXT, LSQuarantineOriginURLString TEXT, LSQuarantineOriginAlias BLOB);
+CREATE INDEX LSQuarantineTimeStampIndex ON LSQuarantineEvent (LSQuarantineTimeStamp);
+INSERT INTO LSQuarantineEvent (LSQuarantineEventIdentifier, LSQuarantineTimeStamp, LSQuarantineAgentName,
+  LSQuarantineDataURLString) VALUES ('1', 2.5, 'Browser', 'https://seen.example/file.zip');
 """
 CHROME_HISTORY = """
 CREATE TABLE urls (id INTEGER PRIMARY KEY AUTOINCREMENT, url LONGVARCHAR, title LONGVARCHAR, visit_count INTEGER);

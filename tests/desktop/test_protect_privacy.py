@@ -1,6 +1,8 @@
 """Protect Privacy as its users go through it: questions, result, and what is left at home."""
 
 import os
+import re
+import sqlite3
 
 from cleanup_case import (
     CHROME,
@@ -56,7 +58,38 @@ class ProtectPrivacy(CleanupCase):
         self.assert_only_gone(before, items, DATABASES["Finder"] + DATABASES["Firefox"])
         self.assertIsNone(read_clipboard(self.desktop))
 
+    def other_tables(self, database):
+        """What the tables hold that a cleanup does not name, with the statements that made all of them."""
+        connection = sqlite3.connect(self.home / database)
+        self.addCleanup(connection.close)
+        cleaned = re.compile('INSERT INTO "?(moz_places|moz_historyvisits)"? ')
+        return [line for line in connection.iterdump() if not cleaned.match(line)]
+
+    def test_leaves_a_database_that_is_locked_or_corrupt_as_it_was(self):
+        self.install_entries()
+        self.fill_home()
+        locked, corrupt = (self.home / database for database in DATABASES["Firefox"])
+        write_database(corrupt, PLACES + "PRAGMA journal_mode = DELETE;")
+        corrupt.write_bytes(corrupt.read_bytes()[:100] + b"no page of a database " * 1000)
+        connection = sqlite3.connect(locked, isolation_level=None)
+        self.addCleanup(connection.close)
+        connection.execute("BEGIN EXCLUSIVE")
+        contents = [database.read_bytes() for database in (locked, corrupt)]
+        self.start()
+        before = self.facts()
+        self.tray.choose("Protect Privacy", "Firefox")
+        self.grant()
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        self.answer_alert("Cleanup successful", SAFER, "OK")
+        self.assertEqual([database.read_bytes() for database in (locked, corrupt)], contents)
+        self.assert_only_gone(before, PRIVACY["Firefox"][-1])
+        connection.execute("ROLLBACK")
+        connection.close()
+        self.assertEqual(self.query(DATABASES["Firefox"][0], "PRAGMA integrity_check"), ["ok"])
+        self.assertEqual(self.query(DATABASES["Firefox"][0], "SELECT count(*) FROM moz_historyvisits"), ["4"])
+
     def test_keeps_the_places_that_bookmarks_need(self):
+        other = PROFILES + "c3.default-esr/places.sqlite"
         self.install_entries()
         self.fill_home()
         self.start()
@@ -66,13 +99,13 @@ class ProtectPrivacy(CleanupCase):
         self.press(self.wait_for_alert("Cleanup successful"), "OK")
         for database in DATABASES["Firefox"]:
             self.assertEqual(self.query(database, "PRAGMA integrity_check"), ["ok"])
+            self.assertEqual(self.other_tables(database), self.other_tables(other))
             self.assertEqual(self.query(database, "SELECT count(*) FROM moz_historyvisits"), ["0"])
             self.assertEqual(
                 self.query(database, "SELECT url FROM moz_places ORDER BY id"),
                 ["https://kept.example/", "https://kept.example/too"],
             )
             self.assertEqual(self.query(database, "SELECT count(*) FROM moz_bookmarks"), ["4"])
-        other = PROFILES + "c3.default-esr/places.sqlite"
         self.assertEqual(self.query(other, "SELECT count(*) FROM moz_historyvisits"), ["4"])
         self.assertEqual(self.query(CHROME + "Profile 1/History", "SELECT count(*) FROM urls"), ["1"])
 

@@ -77,6 +77,7 @@ TEST_F(FileRemovalTest, RefusesWhatLiesInSomebodyElsesHomeFolder) {
   EXPECT_EQ(refusal(root.path("homes/bob/Library/Caches")), RemovalRefusal::foreignHome);
   EXPECT_EQ(refusal("/home/somebody/Library/Caches"), RemovalRefusal::foreignHome);
   EXPECT_EQ(refusal("/Users/somebody/Library/Caches"), RemovalRefusal::foreignHome);
+  EXPECT_EQ(refusal("/root/Library/Caches"), RemovalRefusal::foreignHome);
 }
 
 TEST_F(FileRemovalTest, RefusesEverythingWithoutAHomeFolderInTheUserDatabase) {
@@ -105,6 +106,47 @@ TEST_F(FileRemovalTest, ALinkToASystemFolderIsRefusedAsThatFolder) {
   EXPECT_EQ(removal.emptyFolder(home + "/Library/toProc").refusal, RemovalRefusal::rootOrDirectChild);
   EXPECT_EQ(removal.emptyFolder(home + "/Library/toRoot/proc").refusal, RemovalRefusal::rootOrDirectChild);
   EXPECT_EQ(removal.removeItem(home + "/Library/toRoot/proc").refusal, RemovalRefusal::rootOrDirectChild);
+}
+
+TEST_F(FileRemovalTest, ALibraryThatIsALinkIsJudgedByWhereItLeads) {
+  fs::remove_all(home + "/Library");
+  const auto leadTo = [&](const std::string& folder) {
+    fs::remove(home + "/Library");
+    fs::create_directory_symlink(folder, home + "/Library");
+  };
+  leadTo("/");
+  EXPECT_EQ(removal.emptyFolder(home + "/Library/proc").refusal, RemovalRefusal::rootOrDirectChild);
+  EXPECT_EQ(removal.removeItem(home + "/Library/proc").refusal, RemovalRefusal::rootOrDirectChild);
+  leadTo(root.path("homes/bob/Library"));
+  EXPECT_EQ(removal.emptyFolder(home + "/Library/Caches").refusal, RemovalRefusal::foreignHome);
+  EXPECT_EQ(removal.removeItem(home + "/Library/Caches/a").refusal, RemovalRefusal::foreignHome);
+  EXPECT_EQ(removal.removeEntries(home + "/Library/Caches", [](auto) { return true; }).refusal,
+            RemovalRefusal::foreignHome);
+  leadTo("/root");
+  EXPECT_EQ(removal.removeItem(home + "/Library/no such item").refusal, RemovalRefusal::foreignHome);
+  leadTo("../..");  // the folder that holds the home folders' folder
+  EXPECT_EQ(removal.emptyFolder(home + "/Library/homes").refusal, RemovalRefusal::homeOrAbove);
+  EXPECT_EQ(removal.removeItem(home + "/Library/homes").refusal, RemovalRefusal::homeOrAbove);
+  EXPECT_TRUE(fs::exists(root.path("homes/bob/Library/Caches/a")));
+  // On another disk, as some have it, it is the user's own.
+  leadTo(root.path("other"));
+  EXPECT_EQ(removal.emptyFolder(home + "/Library/f").bytes, 5u);
+}
+
+TEST_F(FileRemovalTest, AVolumesTrashThatIsALinkIntoTheHomeFolderIsRefused) {
+  root.makeFile("homes/ada/Documents/letter", "123");
+  root.makeFolder("volume/.Trashes");
+  fs::create_directory_symlink(home + "/Documents", root.path("volume/.Trashes/501"));
+  const auto all = [](std::string_view) { return true; };
+  const std::string trash = root.path("volume/.Trashes/501");
+  EXPECT_EQ(removal.emptyFolder(trash).refusal, RemovalRefusal::leadsIntoHome);
+  EXPECT_EQ(removal.removeEntries(trash, all).refusal, RemovalRefusal::leadsIntoHome);
+  EXPECT_EQ(removal.removeMatches(trash, all).refusal, RemovalRefusal::leadsIntoHome);
+  EXPECT_EQ(removal.removeItem(trash + "/letter").refusal, RemovalRefusal::leadsIntoHome);
+  EXPECT_TRUE(fs::exists(home + "/Documents/letter"));
+  EXPECT_EQ(removal.removeItem(trash).error, 0);  // the link itself
+  EXPECT_FALSE(fs::exists(fs::symlink_status(trash)));
+  EXPECT_TRUE(fs::exists(home + "/Documents/letter"));
 }
 
 TEST_F(FileRemovalTest, AHomeFolderThatIsItselfALinkIsProtectedInBothPlaces) {

@@ -5,6 +5,7 @@
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -309,6 +310,71 @@ TEST_F(HostileFolders, TheHomeFolderMountedElsewhereIsStillTheHomeFolder) {
   });
   ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
   EXPECT_TRUE(fs::exists(home + "/keep"));
+}
+
+TEST_F(HostileFolders, AHomeFolderMountedFromBelowWhatIsEmptiedIsKeptThereToo) {
+  root.makeFile("disk/data/homes/ada/letter", "123");
+  root.makeFile("disk/data/other", "12");
+  const bool permitted = whereItMayMount([&] {
+    ASSERT_EQ(::mount(root.path("disk/data/homes/ada").c_str(), home.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_TRUE(fs::exists(home + "/letter"));
+    const auto outcome = removal.emptyFolder(root.path("disk/data"));
+    EXPECT_EQ(outcome.error, 0);
+    EXPECT_EQ(outcome.items, 1u);
+    EXPECT_FALSE(fs::exists(root.path("disk/data/other")));
+    EXPECT_EQ(removal.removeItem(root.path("disk/data/homes")).items, 0u);
+    EXPECT_EQ(removal.removeItem(root.path("disk/data/homes/ada")).refusal, RemovalRefusal::homeOrAbove);
+    EXPECT_TRUE(fs::exists(home + "/letter"));
+  });
+  ASSERT_TRUE(permitted) << "this system permits no private mounts, which the test needs";
+  EXPECT_TRUE(fs::exists(root.path("disk/data/homes/ada/letter")));
+}
+
+TEST_F(HostileFolders, AFolderMadeUnreadableInTheMiddleEndsTheEmptyingAndALaterOneFinishes) {
+  for (int i = 0; i < 200; ++i)
+    file("f/d" + std::to_string(i) + "/a", 10);
+  file("beside", 10);
+  asOrdinaryUser([&] {
+    const std::string last = home + "/f/d199";
+    Companion closer([&](std::atomic<long>& count) {
+      // As soon as the emptying has begun.
+      std::error_code error;
+      if (count == 0 && std::distance(fs::directory_iterator(home + "/f", error), {}) < 200) {
+        for (int i = 0; i < 200; ++i)
+          ::chmod((home + "/f/d" + std::to_string(i)).c_str(), 0);
+        ++count;
+      }
+    });
+    const auto outcome = removal.emptyFolder(home + "/f");
+    EXPECT_TRUE(outcome.error == 0 || outcome.error == EACCES) << outcome.error;
+    for (const auto& entry : fs::directory_iterator(home + "/f"))
+      ::chmod(entry.path().c_str(), 0700);
+  });
+  for (const auto& entry : fs::directory_iterator(home + "/f"))
+    ::chmod(entry.path().c_str(), 0700);
+  EXPECT_EQ(removal.emptyFolder(home + "/f").error, 0);
+  EXPECT_TRUE(fs::is_empty(home + "/f"));
+  EXPECT_TRUE(fs::exists(home + "/beside"));
+}
+
+TEST_F(HostileFolders, WithoutDescriptorsTheEmptyingFailsAndALaterOneFinishes) {
+  std::string deep = "f";
+  for (int i = 0; i < 60; ++i)
+    deep += "/l" + std::to_string(i);
+  file(deep + "/a", 10);
+  file("beside", 10);
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const FileDescriptor next(::open("/", O_RDONLY | O_DIRECTORY));
+  const rlimit few{static_cast<rlim_t>(next.get()) + 8, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  const int error = removal.emptyFolder(home + "/f").error;
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(error, EMFILE);
+  EXPECT_TRUE(fs::exists(home + "/" + deep + "/a"));
+  EXPECT_EQ(removal.emptyFolder(home + "/f").error, 0);
+  EXPECT_TRUE(fs::is_empty(home + "/f"));
+  EXPECT_TRUE(fs::exists(home + "/beside"));
 }
 
 TEST_F(HostileFolders, AReadOnlyFolderInsideEndsTheEmptyingWithItsError) {

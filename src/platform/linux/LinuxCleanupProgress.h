@@ -3,17 +3,20 @@
 #pragma once
 
 #include "platform/CleanupProgress.h"
+#include "platform/RunLoop.h"
 #include "platform/linux/ModalWindows.h"
 
 namespace harbor {
 
 class LinuxCleanupProgress : public CleanupProgress {
  public:
-  explicit LinuxCleanupProgress(ModalWindows& modalWindows) : modalWindows_(modalWindows) {}
+  LinuxCleanupProgress(RunLoop& runLoop, ModalWindows& modalWindows)
+      : runLoop_(runLoop), modalWindows_(modalWindows) {}
 
   void runWhileWorking(const CleanupStatus& status, const std::function<void()>& work) override;
 
  private:
+  RunLoop& runLoop_;
   ModalWindows& modalWindows_;
 };
 

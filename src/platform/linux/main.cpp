@@ -202,7 +202,7 @@ struct LinuxPlatform {
                                  }};
   LinuxOpenPanel openPanel{modalWindows, userTime};
   LinuxFolderBookmarks folderBookmarks{propertyLists};
-  LinuxCleanupProgress cleanupProgress{modalWindows};
+  LinuxCleanupProgress cleanupProgress{runLoop, modalWindows};
   LinuxLoginItems loginItems{environment.configHome,
                              {commandsFolder() + "/harbor-tray-launcher",
                               QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString()},

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "base/ByteCount.h"
+#include "platform/ShownProgress.h"
 #import "platform/macos/MacValues.h"
 #import "platform/macos/ViewWindow.h"
 
@@ -38,10 +38,9 @@
 }
 
 - (void)show:(const harbor::CleanupStatus::Snapshot&)snapshot {
-  _what.stringValue = harbor::shownString("Cleaning up: " + snapshot.what);
-  _count.stringValue =
-      harbor::shownString(std::to_string(snapshot.items) + (snapshot.items == 1 ? " item, " : " items, ") +
-                          harbor::formatByteCount(snapshot.bytes) + " so far");
+  const auto lines = harbor::ShownProgress::linesFor(snapshot);
+  _what.stringValue = harbor::shownString(lines.what);
+  _count.stringValue = harbor::shownString(lines.counts);
 }
 
 @end
@@ -50,7 +49,7 @@ namespace harbor {
 namespace {
 
 constexpr NSTimeInterval kUpdateInterval = 0.1;
-constexpr int kUpdatesBeforePanel = 5;
+constexpr int kUpdatesBeforePanel = 4;
 
 // A modal session looks whether it was stopped only after an event.
 void endModalSession() {
