@@ -198,6 +198,7 @@ bool PrivacyPlaces::isMeant(PrivacyTarget target, PlaceOwner owner) const {
 
 std::vector<CleanupPlace> PrivacyPlaces::placesOf(PrivacyTarget target) const {
   std::vector<CleanupPlace> places;
+  if (locations_.homeFolder().empty()) return places;
   for (const PrivacyPlace& row : kPrivacyPlaces) {
     if (row.target != target || (row.notWhileRunning && isRunning(row.notWhileRunning))) continue;
     for (const Location& location : locationsOf(row.base, row.packages, row.path)) {
