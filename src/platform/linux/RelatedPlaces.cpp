@@ -27,7 +27,8 @@ constexpr std::string_view kDescriptions = ".metainfo.xml|.appdata.xml";
 enum class Base { config, cache, data, state, home };
 enum class Called {
   plain,     // any of the names
-  distinct,  // names of four characters and more: a short one is some folder's by chance
+  brief,     // names of under four characters, which are some folder's name by chance
+  distinct,  // the other names
   hidden,    // any of the names behind a point
   flatpak,   // the Flatpak's id
   snap,      // the snap's name
@@ -46,23 +47,23 @@ struct Row {
 constexpr Row kRows[] = {
     // Settings: a file or folder of the program, or one in the folder of its maker. A maker's folder says
     // little, so a short name does not count there; what the whole desktop shares is not entered.
-    {Base::config, "", Called::plain, 1, 1, kSettings},
-    {Base::config, "", Called::distinct, 2, 2, kSettings,
+    {Base::config, "", Called::brief, 1, 1, kSettings},
+    {Base::config, "", Called::distinct, 1, 2, kSettings,
      "autostart|dconf|enchant|fontconfig|gtk-2.0|gtk-3.0|gtk-4.0|ibus|menus|pulse|systemd|xfce4"},
     // Caches can be made anew; the same two levels. Thumbnails and fonts are all programs'.
-    {Base::cache, "", Called::plain, 1, 1, kFolder},
-    {Base::cache, "", Called::distinct, 2, 2, kFolder,
+    {Base::cache, "", Called::brief, 1, 1, kFolder},
+    {Base::cache, "", Called::distinct, 1, 2, kFolder,
      "fontconfig|mesa_shader_cache|thumbnails|tracker3|gstreamer-1.0"},
-    // What the program keeps for the user: documents may be among it, so nothing but the program's own folder
+    // What the program keeps for the user: documents may be among it, so nothing but what is called like it
     // counts. Folders of this level that the desktop shares have rows of their own, or hold the user's
     // things.
-    {Base::data, "", Called::plain, 1, 1, kStored},
-    {Base::data, "", Called::distinct, 2, 2, kFolder,
+    {Base::data, "", Called::brief, 1, 1, kStored},
+    {Base::data, "", Called::distinct, 1, 2, kStored,
      "Trash|applications|backgrounds|containers|dbus-1|desktop-directories|flatpak|fonts|icons|keyrings|mime|"
      "sounds|systemd|themes|metainfo|wallpapers"},
     // Histories, logs and window places: nothing that has to be kept.
-    {Base::state, "", Called::plain, 1, 1, kStored},
-    {Base::state, "", Called::distinct, 2, 2, kStored},
+    {Base::state, "", Called::brief, 1, 1, kStored},
+    {Base::state, "", Called::distinct, 1, 2, kStored},
     // Hidden files and folders of the home folder, where programs kept all this before there were rules.
     {Base::home, "", Called::hidden, 1, 1, kHidden},
     // The sandboxes: each has one folder, named after the application exactly.
@@ -132,9 +133,10 @@ std::vector<std::string> namesFor(const ApplicationNames& application, Called ca
   switch (called) {
     case Called::plain:
       return application.names;
+    case Called::brief:
     case Called::distinct:
       for (const std::string& name : application.names) {
-        if (name.size() >= kShortName) names.push_back(name);
+        if ((name.size() < kShortName) == (called == Called::brief)) names.push_back(name);
       }
       return names;
     case Called::hidden:
