@@ -6,11 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <string_view>
 
+#include "LaunchWatch.h"
 #include "SessionBus.h"
 #include "base/FileDescriptor.h"
 
@@ -18,19 +18,10 @@ namespace harbor {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using namespace std::chrono_literals;
 
 constexpr const char* kOwnIdentifier = "com.tidewell.LauncherApplication";
 constexpr const char* kProgramIdentifier = "com.tidewell.HarborTray";
 constexpr const char* kKillNotification = "killLauncher";
-
-// A machine that logs in is busy. A program that is not up by then will not be.
-constexpr auto kStartLimit = 60s;
-// From the moment that the program is up: time to say that this one is to quit, which it may never do, for
-// the user's first alert comes before.
-constexpr auto kHandshakeLimit = 5s;
-
-enum ExitStatus { kStarted = 0, kNotStarted = 1, kWrongUsage = 2 };
 
 struct Program {
   pid_t process = -1;
@@ -56,11 +47,6 @@ Program start(const char* path) {
   return program;
 }
 
-int millisecondsUntil(Clock::time_point moment) {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(moment - Clock::now());
-  return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
-}
-
 // The status of a program that ended before it was up: another instance may have been quicker.
 ExitStatus statusOf(const Program& program) {
   int status = 0;
@@ -69,26 +55,24 @@ ExitStatus statusOf(const Program& program) {
 }
 
 ExitStatus waitUntilUp(SessionBus& bus, const Program& program) {
-  bool isUp = false;
-  Clock::time_point limit = Clock::now() + kStartLimit;
+  LaunchWatch watch(Clock::now());
   for (;;) {
     while (const auto event = bus.next()) {
       switch (event->kind) {
         case SessionBus::Event::Kind::disconnected:
         case SessionBus::Event::Kind::ownerVanished:
-          return isUp ? kStarted : kNotStarted;
+          return watch.outcome();
         case SessionBus::Event::Kind::notification:
           if (event->object == kProgramIdentifier) return kStarted;
           break;
         case SessionBus::Event::Kind::ownerAppeared:
-          isUp = true;
-          limit = Clock::now() + kHandshakeLimit;
+          watch.programIsUp(Clock::now());
           break;
       }
     }
     pollfd watched[] = {{bus.descriptor(), POLLIN, 0}, {program.ended.get(), POLLIN, 0}};
-    const int timeout = millisecondsUntil(limit);
-    if (timeout == 0) return isUp ? kStarted : kNotStarted;
+    const auto timeout = static_cast<int>(watch.timeLeft(Clock::now()).count());
+    if (timeout == 0) return watch.outcome();
     if (poll(watched, std::size(watched), timeout) > 0 && (watched[1].revents & POLLIN))
       return statusOf(program);
   }
