@@ -2,20 +2,16 @@
 // program.
 #pragma once
 
-#include <QWidget>
+#include "platform/linux/PaneWindow.h"
 
 class QMenu;
 
 namespace harbor {
 
-class MenuWindow : public QWidget {
+class MenuWindow : public PaneWindow {
  public:
   // The menu has to live as long as the window is shown.
   explicit MenuWindow(QMenu& menu);
-
- protected:
-  // Escape closes the window.
-  void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace harbor
