@@ -12,7 +12,7 @@
 - (void)controlActed:(NSControl*)sender {
   // The action may destroy the control and this target with it.
   const auto action = _action;
-  action(sender);
+  if (action) action(sender);
 }
 
 @end

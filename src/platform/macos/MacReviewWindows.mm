@@ -46,7 +46,7 @@ MacReviewWindow::MacReviewWindow(ReviewWindowEvents events, const MacPreviewPane
           initWithAction:[clicked = std::move(events.deleteButtonClicked)](NSControl*) { clicked(); }]),
       noticeButtonClicked_([[HarborActionTarget alloc]
           initWithAction:[clicked = std::move(events.noticeButtonClicked)](NSControl*) { clicked(); }]),
-      notice_([NSTextField labelWithString:@""]),
+      notice_([NSTextField wrappingLabelWithString:@""]),
       fileSelectedInfo_([NSTextField labelWithString:@""]),
       deleteDetailedInfo_([NSTextField labelWithString:@""]),
       spinnerMessage_([NSTextField labelWithString:@""]),

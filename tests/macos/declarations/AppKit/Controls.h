@@ -50,6 +50,7 @@ typedef HARBOR_ENUM(NSUInteger, NSButtonType){
 
 @interface NSTextField : NSControl
 + (instancetype)labelWithString:(NSString*)text HARBOR_SINCE(10.12);
++ (instancetype)wrappingLabelWithString:(NSString*)text HARBOR_SINCE(10.12);
 @property NSLineBreakMode lineBreakMode HARBOR_SINCE(10.10);
 @property BOOL usesSingleLineMode HARBOR_SINCE(10.10);
 @property(nullable, copy) NSColor* textColor;
