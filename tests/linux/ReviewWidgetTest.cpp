@@ -74,6 +74,13 @@ class ReviewWidgetTest : public testing::Test {
     QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, {place.left() + 10, place.center().y()});
   }
 
+  QPushButton* deleteButton() const {
+    for (QPushButton* const button : widget.findChildren<QPushButton*>()) {
+      if (button->text() == "Delete") return button;
+    }
+    return nullptr;
+  }
+
   void clickHead(int column) {
     QHeaderView& header = *table.horizontalHeader();
     QTest::mouseClick(
@@ -141,6 +148,38 @@ TEST_F(ReviewWidgetTest, ADisabledRowCannotBeTickedPressedOrReached) {
   table.setCurrentIndex(cell(2, Model::nameColumn));
   QTest::keyClick(&table, Qt::Key_Down);
   EXPECT_EQ(table.currentIndex().row(), 4);
+}
+
+TEST_F(ReviewWidgetTest, AProtectedRowCanBeLookedAtButNotTicked) {
+  ReviewRow owned = rowOf("/usr/bin/tool", 10);
+  owned.protection = "Of the package tool";
+  widget.model().setRows({owned, rowOf("/a/own", 1)});
+  click(cell(0, Model::checkColumn));
+  EXPECT_TRUE(reported().empty());
+  click(cell(0, Model::quickLookColumn));
+  table.setCurrentIndex(cell(0, Model::nameColumn));
+  table.selectAll();
+  QTest::keyClick(&table, Qt::Key_Space);
+  EXPECT_THAT(reported(), ElementsAre("preview 0", "tick 1"));
+  EXPECT_TRUE(accessible(0, Model::checkColumn)->state().disabled);
+  EXPECT_FALSE(accessible(0, Model::revealColumn)->state().disabled);
+}
+
+TEST_F(ReviewWidgetTest, ABoxCanBeSeenOnADarkList) {
+  QPalette dark = table.palette();
+  dark.setColor(QPalette::Window, QColor(53, 53, 53));
+  dark.setColor(QPalette::Base, QColor(35, 35, 35));
+  dark.setColor(QPalette::Text, Qt::white);
+  table.setPalette(dark);
+  QRect box = table.visualRect(cell(0, Model::checkColumn));
+  box.setWidth(box.width() / 3);  // there is nothing else in it
+  const QImage shown = table.viewport()->grab(box).toImage();
+  int brightest = 0;
+  for (int y = 4; y < shown.height() - 4; ++y) {
+    for (int x = 2; x < shown.width(); ++x)
+      brightest = std::max(brightest, shown.pixelColor(x, y).lightness());
+  }
+  EXPECT_GT(brightest, 100);
 }
 
 TEST_F(ReviewWidgetTest, ButtonsArePressedByMouseReturnAndSpace) {
@@ -257,11 +296,7 @@ TEST_F(ReviewWidgetTest, TheSpinnerLiesOverTheLowerEndOfTheTable) {
 }
 
 TEST_F(ReviewWidgetTest, TheDeleteButtonReportsWhereItIsEnabled) {
-  const auto buttons = widget.findChildren<QPushButton*>();
-  const auto found = std::find_if(buttons.begin(), buttons.end(),
-                                  [](const QPushButton* each) { return each->text() == "Delete"; });
-  ASSERT_NE(found, buttons.end());
-  QPushButton* const button = *found;
+  auto* const button = deleteButton();
   widget.setDeleteButton(DeleteButton::disabled);
   QTest::mouseClick(button, Qt::LeftButton);
   EXPECT_TRUE(reported().empty());

@@ -253,8 +253,8 @@ void ReviewTable::contextMenuEvent(QContextMenuEvent* event) {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const auto add = [&](const QString& text, int column) {
     QAction* const action = menu->addAction(text);
-    action->setEnabled(isEnabled(index));
     const QPersistentModelIndex cell = index.siblingAtColumn(column);
+    action->setEnabled(isEnabled(cell));
     connect(action, &QAction::triggered, this, [this, cell] { press(cell); });
   };
   add(tr("Reveal"), ReviewTableModel::revealColumn);
