@@ -135,11 +135,11 @@ class UninstallerCase(DesktopCase):
     def press_delete(self):
         self.screen.click(*center(self.node("Sketchbook", "push button", "Delete").place()))
 
-    def outcome(self):
+    def outcome(self, title="Sketchbook"):
         """The title of the alert, which is then put away."""
         labels = self.label_texts(self.tray.wait_for_dialog())
         self.tray.answer("OK")
-        self.wait_for_active("Sketchbook")
+        self.wait_for_active(title)
         return labels[0]
 
     @property

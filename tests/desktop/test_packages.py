@@ -64,7 +64,7 @@ class PackageOwned(UninstallerCase):
         self.screen.press_key("space")
         self.wait_for_summary(f"{len(names) - 2} file")  # neither the entry nor the program
         self.screen.click(*center(self.node(TITLE, "push button", "Delete").place()))
-        self.assertEqual(self.outcome(), "Successful")
+        self.assertEqual(self.outcome(TITLE), "Successful")
         self.assertIn("pcmanfm", self.trashed)
         self.assertFalse(self.own.exists())
         self.assertTrue(ENTRY.exists() and Path("/usr/bin/pcmanfm").exists())

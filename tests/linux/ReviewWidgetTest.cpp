@@ -157,10 +157,11 @@ TEST_F(ReviewWidgetTest, AProtectedRowCanBeLookedAtButNotTicked) {
   click(cell(0, Model::checkColumn));
   EXPECT_TRUE(reported().empty());
   click(cell(0, Model::quickLookColumn));
+  EXPECT_THAT(reported(), ElementsAre("preview 0"));
   table.setCurrentIndex(cell(0, Model::nameColumn));
   table.selectAll();
   QTest::keyClick(&table, Qt::Key_Space);
-  EXPECT_THAT(reported(), ElementsAre("preview 0", "tick 1"));
+  EXPECT_THAT(reported(), ElementsAre("tick 1"));
   EXPECT_TRUE(accessible(0, Model::checkColumn)->state().disabled);
   EXPECT_FALSE(accessible(0, Model::revealColumn)->state().disabled);
 }

@@ -211,13 +211,16 @@ void ReviewTable::toggle(const QModelIndex& index) {
 void ReviewTable::toggleSelectedRows() {
   const QModelIndex current = sorted_->mapToSource(currentIndex());
   if (!current.isValid()) return;
-  if (!selectionModel()->isRowSelected(currentIndex().row())) {
+  // By their names: a box that is disabled counts as not selected, and its whole row with it.
+  const QModelIndexList selected = selectionModel()->selectedRows(ReviewTableModel::nameColumn);
+  if (!selected.contains(currentIndex().siblingAtColumn(ReviewTableModel::nameColumn))) {
     toggle(currentIndex());
     return;
   }
   const Qt::CheckState state = model_.row(current.row()).isSelected ? Qt::Unchecked : Qt::Checked;
-  for (const QModelIndex& selected : selectionModel()->selectedRows(ReviewTableModel::checkColumn)) {
-    model_.setData(sorted_->mapToSource(selected), state, Qt::CheckStateRole);
+  for (const QModelIndex& index : selected) {
+    const QModelIndex row = sorted_->mapToSource(index);
+    model_.setData(row.siblingAtColumn(ReviewTableModel::checkColumn), state, Qt::CheckStateRole);
   }
 }
 
