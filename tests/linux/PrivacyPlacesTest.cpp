@@ -531,6 +531,17 @@ TEST_F(LinuxPrivacy, AHostileEnvironmentGivesNoPlaces) {
   }
 }
 
+TEST_F(LinuxPrivacy, WithoutAHomeFolderThereIsNoPlace) {
+  root.makeFile("tmp/messageviewer_Ab.index.2/a.pdf", "x");
+  ASSERT_EQ(::chmod(root.path("tmp/messageviewer_Ab.index.2").c_str(), 0700), 0);
+  EXPECT_EQ(places.placesOfTarget(PrivacyTarget::mail).size(), 1u);
+  home.clear();
+  for (const PrivacyTarget target :
+       {PrivacyTarget::finder, PrivacyTarget::googleChrome, PrivacyTarget::firefox, PrivacyTarget::mail,
+        PrivacyTarget::quickTimePlayer})
+    EXPECT_TRUE(places.placesOfTarget(target).empty());
+}
+
 TEST_F(LinuxPrivacy, TheProgramThatIsMeantIsKnownByItsDesktopEntry) {
   const auto running = [](const std::string& identifier, const std::string& name) {
     return std::vector<RunningApplication>{{1, identifier, std::nullopt, name}};
