@@ -170,23 +170,32 @@ class HarborTray:
         wait_for("the menu to close", closed)
         self.accessibility.forget_popups()
 
+    def wait_at_pointer(self, what, condition):
+        """Waits for what appears where the pointer rests. A menu that closes behind the pointer may take it along: then the
+        pointer is moved again, as a person would."""
+
+        def appeared():
+            try:
+                return wait_for(what, condition, patience=2)
+            except AssertionError:
+                x, y = self.desktop.screen.pointer()
+                self.desktop.screen.move_pointer(x, y + 1)
+                self.desktop.screen.move_pointer(x, y)
+                return None
+
+        return wait_for(what, appeared)
+
     def move_to_shown_entry(self, *labels):
         """Goes with the mouse through the open menu to an entry and returns where it is."""
-        place = None
-
-        def menu_with(text):
-            # A menu that has just opened does not take every first motion for one.
-            if place:
-                self.desktop.screen.move_pointer(place[0] - 1, place[1])
-                self.desktop.screen.move_pointer(*place)
-            return self.accessibility.popup_with(text)
-
         for label in labels:
-            menu = wait_for(f"a menu with {label!r}", lambda text=label: menu_with(text))
+            menu = self.wait_at_pointer(
+                f"a menu with {label!r}", lambda text=label: self.accessibility.popup_with(text)
+            )
             node = next(child for child in menu.children() if child.text() == label)
-            place = center(wait_for(f"the place of {label!r}", lambda entry=node: entry.place()))
-            self.desktop.screen.move_pointer(*(self.scale * part for part in place))
-        return tuple(self.scale * part for part in place)
+            left, top = center(wait_for(f"the place of {label!r}", lambda entry=node: entry.place()))
+            place = (self.scale * left, self.scale * top)
+            self.desktop.screen.move_pointer(*place)
+        return place
 
     def click_shown_entry(self, *labels):
         self.desktop.screen.click(*self.move_to_shown_entry(*labels))

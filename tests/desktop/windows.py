@@ -79,26 +79,16 @@ class Windows:
         yield "menu-clipboard-blacklist-apps", *self._submenu(exported, "Clipboard", "Blacklist Apps")
         clip = next(label for label in exported.entry("Clipboard").labels() if label.startswith("A long text"))
         known = self.tray.popups()
-        place = self.tray.move_to_shown_entry("Clipboard", clip)
-        yield "clip-preview", None, wait_for("the tip", lambda: self._tip(known, place))
+        self.tray.move_to_shown_entry("Clipboard", clip)
+        yield "clip-preview", None, self.tray.wait_at_pointer("the tip", lambda: self._popup_beside(known))
         self.tray.close_popups()
 
     def _submenu(self, exported, *labels):
         known = self.tray.popups()
         self.tray.move_to_shown_entry(*labels)
         first = exported.entry(*labels).labels()[0]
-        node = wait_for(f"the submenu {labels}", lambda: self.tray.accessibility.popup_with(first))
-        return node, wait_for(f"the window of {labels}", lambda: self._popup_beside(known))
-
-    def _tip(self, known, place):
-        """A tip comes where the pointer rests, but not while other menus still close behind it: it is moved again."""
-        x, y = place
-        self.screen.move_pointer(x, y + 1)
-        self.screen.move_pointer(x, y)
-        try:
-            return wait_for("a tip", lambda: self._popup_beside(known), patience=2)
-        except AssertionError:
-            return None
+        node = self.tray.wait_at_pointer(f"the submenu {labels}", lambda: self.tray.accessibility.popup_with(first))
+        return node, self.tray.wait_at_pointer(f"the window of {labels}", lambda: self._popup_beside(known))
 
     def _popup_beside(self, known):
         return next((popup for popup in self.tray.popups() if popup not in known), None)
