@@ -2,6 +2,7 @@
 
 import plistlib
 
+from accessibility import STATE_CHECKED
 from case import QUIET, DesktopCase
 from screen import center
 from waiting import wait_for
@@ -122,8 +123,11 @@ class UninstallerCase(DesktopCase):
 
     def tick(self, path):
         """Clicks a row's box with the mouse."""
-        left, top, _, bottom = wait_for("the place of the box", lambda: self.row(path)[0].place())
+        box = self.row(path)[0]
+        was_ticked = box.has_state(STATE_CHECKED)
+        left, top, _, bottom = wait_for("the place of the box", box.place)
         self.screen.click(left + 10, (top + bottom) // 2)
+        wait_for("the box to change", lambda: box.has_state(STATE_CHECKED) != was_ticked)
 
     def selection(self):
         [text] = [text for text in self.label_texts(self.window_node("Sketchbook")) if "elected (" in text]
