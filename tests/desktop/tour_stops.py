@@ -201,10 +201,11 @@ def show_uninstallation(tour):
         tray.answer("Open")
     delete = wait_for("the end of the search", lambda: enabled(tour.node(APPLICATION, "push button", "Delete")))
     table = tour.node(APPLICATION, "table", "Related files")
-    cells = [child for child in table.children() if child.role() == "cell"]
-    preferences = next(index for index, cell in enumerate(cells) if cell.text() == f"{IDENTIFIER}.plist")
-    box = cells[preferences - 1].place()
-    tour.changes("the tick", lambda: screen.click(box[0] + 10, center(box)[1]))
+    name = next(child for child in table.children() if child.role() == "cell" and child.text() == f"{IDENTIFIER}.plist")
+    line = center(name.place())[1]
+    box = next(child.place() for child in table.children() if child.role() == "check box" and in_line(child, line))
+    screen.click(box[0] + 10, line)
+    wait_for("the tick", lambda: tour.node(APPLICATION, "label", "1 file selected (400 bytes)"))
     tour.take("uninstaller")
     screen.click(*center(delete.place()))
     tray.wait_for_dialog()
@@ -219,6 +220,11 @@ def show_uninstallation(tour):
     tray.move_to_shown_entry("Uninstall Applications", "Uninstallation History", APPLICATION)
     tour.take("uninstallation-history")
     tray.close_popups()
+
+
+def in_line(node, height):
+    place = node.place()
+    return place is not None and place[1] <= height < place[3]
 
 
 def enabled(node):
