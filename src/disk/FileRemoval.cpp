@@ -259,6 +259,8 @@ std::optional<RemovalRefusal> FileRemoval::refusalForWay(const std::vector<std::
 
 bool FileRemoval::isHomeOrAbove(const ItemFacts& folder) const {
   auto home = FolderPath::resolve(home_());
+  // Without descriptors nobody can tell.
+  if (!home && (errno == EMFILE || errno == ENFILE)) return true;
   while (home && home->folder) {
     const auto facts = factsOfDescriptor(home->folder.get());
     if (facts && facts->isSameItemAs(folder)) return true;
@@ -399,19 +401,17 @@ RemovalOutcome FileRemoval::removeFileByFile(const std::string& folderPath, cons
 }
 
 void FileRemoval::removeEachEntry(const FileDescriptor& folder, RemovalOutcome& outcome) {
+  // All names before the first removal: what is thrown away meanwhile, nobody has confirmed.
+  std::vector<std::string> names;
   FolderReader reader(FolderReader::Order::byInode);
-  // Some file systems leave entries out when others are removed while the folder is read.
-  for (int pass = 0; folder && pass < kMostPasses; ++pass) {
-    const std::uint64_t itemsBefore = outcome.items;
-    ::lseek(folder.get(), 0, SEEK_SET);
-    for (bool atEnd = false; !atEnd;) {
-      const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
-      atEnd = result.atEnd;
-      for (const FolderEntry& entry : result.entries)
-        outcome.add(removeEntry(folder.get(), entry.name));
-    }
-    if (outcome.items == itemsBefore) break;
+  for (bool atEnd = !folder; !atEnd;) {
+    const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
+    atEnd = result.atEnd;
+    for (const FolderEntry& entry : result.entries)
+      names.emplace_back(entry.name);
   }
+  for (const std::string& name : names)
+    outcome.add(removeEntry(folder.get(), name.c_str()));
 }
 
 RemovalOutcome FileRemoval::emptyTrash(const std::string& path) {
@@ -422,10 +422,11 @@ RemovalOutcome FileRemoval::emptyTrash(const std::string& path) {
   const auto records = recordsOfTrash(trash.get());
   const FileDescriptor info = openPartOfTrash(trash.get(), kTrashRecords);
   const FileDescriptor items = openPartOfTrash(trash.get(), kTrashedItems);
+  const bool hasNoItems = !items && !factsOfItem(trash.get(), kTrashedItems) && errno == ENOENT;
   removeEachEntry(items, outcome);
   removeEachEntry(openPartOfTrash(trash.get(), kExpungedItems), outcome);
   for (const auto& [record, item] : records) {
-    const bool isGone = !items || (!factsOfItem(items.get(), item.c_str()) && errno == ENOENT);
+    const bool isGone = hasNoItems || (items && !factsOfItem(items.get(), item.c_str()) && errno == ENOENT);
     if (isGone) outcome.add(removeEntry(info.get(), record.c_str()));
   }
   const auto sizes = factsOfItem(trash.get(), kTrashedSizes);

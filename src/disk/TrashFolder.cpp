@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <string_view>
+#include <utility>
 
 #include "disk/FolderReader.h"
 
@@ -43,11 +44,15 @@ std::map<std::string, std::string> recordsOfTrash(int trash) {
 FolderMeasure measureTrash(const std::string& path) {
   const FileDescriptor trash(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!trash) return {};
-  FolderMeasure sum = measureContents(openPartOfTrash(trash.get(), kTrashedItems));
+  FileDescriptor items = openPartOfTrash(trash.get(), kTrashedItems);
+  // Records of items that nobody can get at stay, as the items do.
+  const bool recordsStay = !items && (factsOfItem(trash.get(), kTrashedItems) || errno != ENOENT);
+  FolderMeasure sum = measureContents(std::move(items));
   sum += measureContents(openPartOfTrash(trash.get(), kExpungedItems));
   const FileDescriptor info = openPartOfTrash(trash.get(), kTrashRecords);
-  for (const auto& record : recordsOfTrash(trash.get()))
-    sum += measureItem(info.get(), record.first.c_str());
+  for (const auto& record : recordsOfTrash(trash.get())) {
+    if (!recordsStay) sum += measureItem(info.get(), record.first.c_str());
+  }
   const auto sizes = factsOfItem(trash.get(), kTrashedSizes);
   if (sizes && sizes->type != ItemType::folder) sum += {sizes->bytes, 1};
   return sum;

@@ -355,7 +355,10 @@ void walkBelowInOrder(FileDescriptor folder, FolderReader::Order order, TreeVisi
 void walkItem(int parent, const char* name, FolderReader::Order order, TreeVisitor& visitor) {
   FileDescriptor folder(::fcntl(parent, F_DUPFD_CLOEXEC, 0));
   const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
-  if (!facts) return;
+  if (!facts) {
+    visitor.couldNotEnter({parent, name, ItemType::unknown, 1}, errno);
+    return;
+  }
   walkWithHelp(visitor, order, [&](Walker& walker) { walker.walkOnly(std::move(folder), *facts, name); });
 }
 

@@ -209,6 +209,18 @@ TEST_F(TrashPlace, GoesWithItsRecordsAndSizes) {
                "Trash/info/folder.trashinfo", "Trash/info/orphan.trashinfo", "Trash/directorysizes"});
 }
 
+TEST_F(TrashPlace, KeepsItsRecordsWhereNobodyCanGetAtItsItems) {
+  file("elsewhere/a");
+  file("Trash/info/a.trashinfo", 8);
+  fs::create_directory_symlink(home + "/elsewhere", home + "/Trash/files");
+  expectTaken(trash, 0, {});
+}
+
+TEST_F(TrashPlace, LosesItsRecordsWhereThereAreNoItems) {
+  file("Trash/info/a.trashinfo", 8);
+  expectTaken(trash, 8, {"Trash/info/a.trashinfo"});
+}
+
 TEST_F(TrashPlace, WhosePartsAreLinksIsLeftAlone) {
   file("Documents/letter");
   root.makeFolder("home/ada/Trash");

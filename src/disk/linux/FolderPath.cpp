@@ -31,9 +31,10 @@ std::optional<FolderPath> FolderPath::resolve(std::string_view path) {
     const std::string component = std::move(toGo.front());
     toGo.pop_front();
     if (component == "..") {
-      place.folder =
-          FileDescriptor(::openat(place.folder.get(), "..", O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+      // Never by the folder's own "..", which is another folder when this one is moved meanwhile.
       if (!place.components.empty()) place.components.pop_back();
+      toGo.insert(toGo.begin(), place.components.begin(), place.components.end());
+      place = {openRoot(), {}};
       continue;
     }
     if (const auto target = linkTarget(place.folder.get(), component.c_str())) {
