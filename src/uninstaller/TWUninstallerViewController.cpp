@@ -118,11 +118,13 @@ bool TWUninstallerViewController::makeWindow(const std::string& title, std::func
   window_ = services_.reviewWindows.make(
       {[this](std::size_t row, bool isSelected) { selectionChanged(row, isSelected); },
        [this](std::size_t row) {
-         if (const auto& url = uninstalledApp->appRelatedData.at(row).filePath)
+         if (!hasItem(row)) return;
+         if (const auto& url = uninstalledApp->appRelatedData[row].filePath)
            services_.workspace.reveal({*url});
        },
        [this](std::size_t row) {
-         previewItem = uninstalledApp->appRelatedData.at(row).filePath;
+         if (!hasItem(row)) return;
+         previewItem = uninstalledApp->appRelatedData[row].filePath;
          if (previewItem) services_.previewPanel.preview(*previewItem);
        },
        [this] { deleteButtonClicked(); },
@@ -214,12 +216,17 @@ void TWUninstallerViewController::warnAboutTooManyFiles() {
                         "");
 }
 
+bool TWUninstallerViewController::hasItem(std::size_t row) const {
+  return row < uninstalledApp->appRelatedData.size() && row < remarks_.size();
+}
+
 void TWUninstallerViewController::selectionChanged(std::size_t row, bool isSelected) {
-  if (isSelected && remarks_.at(row).protection) {
+  if (!hasItem(row)) return;
+  if (isSelected && remarks_[row].protection) {
     showRows();
     return;
   }
-  uninstalledApp->appRelatedData.at(row).isSelected = isSelected;
+  uninstalledApp->appRelatedData[row].isSelected = isSelected;
   if (!isHistory) window_->setFileSelectedInfo(selectionSummary(uninstalledApp->appRelatedData));
 }
 

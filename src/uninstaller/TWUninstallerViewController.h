@@ -71,6 +71,8 @@ class TWUninstallerViewController : public std::enable_shared_from_this<TWUninst
   void append(std::vector<ScannedItem> items);
   // Says in the window which package the application, or the program that it starts, came with.
   void tellOwner(std::size_t row, const PackageOwner& owner);
+  // A deletion in another window of the same application gives the shared record other items.
+  bool hasItem(std::size_t row) const;
   void selectionChanged(std::size_t row, bool isSelected);
   void deleteButtonClicked();
   bool mayBeTrashed(const AppRelatedData& item) const;

@@ -150,6 +150,11 @@ TEST_F(LinuxDiskPlaces, CachesAreThoseOfTheDesktopAndOfEachPackagedApplication) 
                            ".cache/vim/swap/kept",
                            ".cache/vim/%home%ada%text.swp",
                            ".cache/app/Drafts/kept",
+                           ".cache/.fr-Xy12/kept.odt",
+                           ".cache/kioexec/krun/kept.txt",
+                           ".cache/ibus/libpinyin/kept",
+                           ".cache/huggingface/token",
+                           ".cache/clipman/kept",
                            ".cache/app/data.lock",
                            ".config/kept",
                            ".local/share/kept",
@@ -160,6 +165,19 @@ TEST_F(LinuxDiskPlaces, CachesAreThoseOfTheDesktopAndOfEachPackagedApplication) 
               {".cache/mozilla", ".cache/thumbnails", ".cache/loose",
                ".var/app/org.gimp.GIMP/cache/fontconfig/a", "snap/firefox/12/.cache/a",
                "snap/firefox/common/.cache/b", ".cache/pypoetry/artifacts", ".cache/RawTherapee/images"});
+}
+
+TEST_F(LinuxDiskPlaces, ALinkLeadsNoPackagedApplicationOutOfItsFolder) {
+  file(".local/share/keyrings/login.keyring");
+  file("Projects/code");
+  file(".var/app/org.other.App/data/letter");
+  fs::create_directories(home + "/.var/app/org.bad.App/config");
+  fs::create_directory_symlink(home + "/.local/share/keyrings", home + "/.var/app/org.bad.App/cache");
+  fs::create_directories(home + "/.var/app/org.worse.App");
+  fs::create_directory_symlink("../org.other.App/data", home + "/.var/app/org.worse.App/cache");
+  fs::create_directories(home + "/snap/bad/common");
+  fs::create_directory_symlink(home + "/Projects", home + "/snap/bad/common/.cache");
+  expectTaken(Category::applicationCaches, {});
 }
 
 TEST_F(LinuxDiskPlaces, LogsAreFilesAndNeverFolders) {

@@ -361,6 +361,18 @@ TEST_F(ReviewTest, TheHistoryShowsARecordWithoutAScanOrADeleteButton) {
   EXPECT_FALSE(window.fileSelectedInfo);
 }
 
+TEST_F(ReviewTest, AnOpenHistoryBearsThatItsRecordHasShrunk) {
+  uninstaller.saveUninstalledApp(
+      {FileUrl{widget(), true}, {{FileUrl{widget(), true}, 0, true}, {FileUrl{widget(), true}, 10, true}}});
+  auto& window = history();
+  uninstaller.saveUninstalledApp({FileUrl{widget(), true}, {}});
+  window.check(1, true);
+  window.events.revealClicked(1);
+  window.events.quickLookClicked(1);
+  EXPECT_TRUE(platform.workspace.revealed.empty());
+  EXPECT_TRUE(uninstaller.uninstalledApps[0]->appRelatedData.empty());
+}
+
 TEST_F(ReviewTest, AHistoryOfWhichNothingIsLeftSaysSo) {
   uninstaller.saveUninstalledApp({FileUrl{widget(), true}, {{FileUrl{top + "/gone", false}, 0, true}}});
   EXPECT_EQ(history().deleteDetailedInfo, "There are no files left to be deleted.");

@@ -5,6 +5,7 @@
 #include <ifaddrs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <climits>
@@ -84,7 +85,17 @@ bool isChromeFolderInUse(const std::string& userData) {
   if (!number) return false;
   std::array<char, HOST_NAME_MAX + 1> host{};
   if (::gethostname(host.data(), host.size() - 1) != 0) return true;
-  return text->substr(0, hyphen) != host.data() || isRunningAs(*number, "chrom");
+  if (text->substr(0, hyphen) != host.data() || isRunningAs(*number, "chrom")) return true;
+  // In a Flatpak the number is one of the sandbox's own.
+  constexpr std::string_view kFlatpaks = "/.var/app/";
+  const std::size_t at = userData.find(kFlatpaks);
+  if (at == std::string::npos) return false;
+  const std::size_t start = at + kFlatpaks.size();
+  const std::string identifier = userData.substr(start, userData.find('/', start) - start);
+  const auto processes = ProcessInformation::all();
+  return std::any_of(processes.begin(), processes.end(), [&](const ProcessInformation& process) {
+    return process.flatpakIdentifier() == identifier;
+  });
 }
 
 }  // namespace harbor

@@ -120,9 +120,14 @@ std::optional<std::string> DpkgFiles::searchLists(const std::vector<std::string>
   std::unordered_set<std::string_view> unseen(above.begin(), above.end());
   std::optional<std::string> owner;
   std::string text;
+  bool hasReadAll = true;
   while (const dirent* entry = readdir(directory.get())) {
     const std::string_view name = entry->d_name;
-    if (!name.ends_with(kListEnding) || !readFile(dirfd(directory.get()), entry->d_name, text)) continue;
+    if (!name.ends_with(kListEnding)) continue;
+    if (!readFile(dirfd(directory.get()), entry->d_name, text)) {
+      hasReadAll = false;
+      continue;
+    }
     eachLine(text, [&](std::string_view line) {
       unseen.erase(line);
       if (wanted.contains(line) && accepts(packageOfList(name))) owner = packageOfList(name);
@@ -130,6 +135,7 @@ std::optional<std::string> DpkgFiles::searchLists(const std::vector<std::string>
     });
     if (owner) return owner;
   }
+  if (!hasReadAll) return std::nullopt;
   for (const std::string& folder : above) {
     if (unseen.contains(folder)) {
       foreignFolders_.insert(folder);

@@ -140,6 +140,12 @@ constexpr KeptInCaches kKeptPaths[] = {
     {"wal", "The colour scheme that terminals and panels load at login."},
     {"keepassxc", "The list of databases that were opened last."},
     {"pypoetry/virtualenvs", "Environments that the user's own projects run in."},
+    {"kioexec", "Holds remote files that are being edited until they are uploaded."},
+    {"ibus", "What input methods have learnt of the user's words."},
+    {"huggingface/token", "The key with which the user is logged in."},
+    {"huggingface/stored_tokens", "The keys with which the user is logged in."},
+    {"lm-studio", "Older versions keep the conversations and presets here."},
+    {"R/renv", "The user's own projects link to the packages in here."},
     {"tmp", "The lasting temporary folder of a Flatpak application."},
 };
 
@@ -155,6 +161,8 @@ constexpr KeptInCaches kKeptNames[] = {
     {"*.sw?", "Unsaved changes in an editor."},
     {"#*#", "Unsaved changes in an editor."},
     {"*draft*", "Letters and notes that are not sent yet."},
+    {".fr-*", "Files opened from an archive, with changes that are not put back yet."},
+    {"clip*", "What the user pinned in a list of the clipboard."},
     {"outbox", "Letters that are not sent yet."},
     {"queue", "What waits to be sent."},
     {"spool", "What waits to be sent."},

@@ -54,6 +54,17 @@ bool isAtOrBelow(const std::string& path, const std::string& folder) {
          (path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/');
 }
 
+// A program in a sandbox writes the folder that is its own: a link there may not lead out of it.
+bool leadsOutOfSandbox(const std::string& home, const std::string& path, const std::string& place) {
+  for (const char* sandboxes : {"/.var/app/", "/snap/"}) {
+    const std::string start = home + sandboxes;
+    if (!path.starts_with(start)) continue;
+    const std::string own = resolved(path.substr(0, path.find('/', start.size())));
+    if (own.empty() || !isAtOrBelow(place, own)) return true;
+  }
+  return false;
+}
+
 std::vector<std::string> matchingEntries(const std::string& folder, const std::string& pattern) {
   std::vector<std::string> paths;
   if (pattern.find_first_of("*?[") == std::string::npos) return {folder + "/" + pattern};
@@ -161,9 +172,9 @@ std::vector<CleanupPlace> PlaceFinder::find(const PlaceRow& row) const {
   std::vector<CleanupPlace> places;
   for (const std::string& path : expanded(row)) {
     const std::string place = placeAt(path, row.take);
-    const bool counts =
-        !place.empty() && (row.base == PlaceRow::Base::system ? mayBeCleanedInSystem(path, row.take)
-                                                              : mayBeCleaned(place, row.base));
+    const bool counts = !place.empty() && !leadsOutOfSandbox(home_, path, place) &&
+                        (row.base == PlaceRow::Base::system ? mayBeCleanedInSystem(path, row.take)
+                                                            : mayBeCleaned(place, row.base));
     const auto isSame = [&place](const CleanupPlace& other) { return other.path == place; };
     if (!counts || std::any_of(places.begin(), places.end(), isSame)) continue;
     CleanupPlace found;

@@ -172,6 +172,8 @@ bool PrivacyPlaces::isSafe(const Location& location, Take take) const {
   struct stat status;
   if (::lstat(location.path.c_str(), &status) != 0) return false;
   if (takesAFolder(take) && !S_ISDIR(status.st_mode)) return false;
+  // A link or a folder in place of a list of files is how somebody has switched that list off.
+  if (take == Take::item && !S_ISREG(status.st_mode)) return false;
   const std::string folder =
       takesAFolder(take) ? location.path : location.path.substr(0, location.path.rfind('/'));
   if (resolved(folder) != resolved(location.base) + folder.substr(location.base.size())) return false;

@@ -168,6 +168,10 @@ std::string commandsFolder() {
 struct LinuxPlatform {
   IcuText text;
   LibplistCoder propertyLists;
+  // What background tasks use stands before the run loop, which waits for them when it goes.
+  XdgEnvironment environment = XdgEnvironment::fromProcess();
+  DesktopEntries desktopEntries{environment};
+  LinuxSoftwarePackages softwarePackages{desktopEntries};
   std::unique_ptr<XcbConnection> x = XcbConnection::open();
   UserTime userTime{x.get()};
   ModalWindows modalWindows{userTime};
@@ -186,11 +190,8 @@ struct LinuxPlatform {
   LinuxPowerManager powerManager{x.get(), screenSaver};
   LinuxColourPanes colourPanes;
   LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
-  XdgEnvironment environment = XdgEnvironment::fromProcess();
-  DesktopEntries desktopEntries{environment};
   LinuxApplicationBundles applicationBundles{desktopEntries, text,
                                              [this] { return userLocations(environment); }};
-  LinuxSoftwarePackages softwarePackages{desktopEntries};
   LinuxFileManager fileManager{
       environment, homeFolderOfUserDatabase(), runLoop,
       [this](const std::string& path) { return softwarePackages.ownerOf(path).has_value(); }};
