@@ -183,10 +183,15 @@ def show_cleanup(tour):
     tray, caches = tour.tray, tour.desktop.home / "Library/Caches"
     tour.screen.move_pointer(640, 760)  # where it calls up no tool tip
     tray.choose("Free Disk Space", "Application Caches")
-    for button, name in (("Open", "cleanup-grant"), ("Clear", "cleanup-confirmation"), ("OK", "cleanup-result")):
-        wait_for(f"the button {button!r}", lambda text=button: tray.dialog() and tray.dialog().find("push button", text))
+
+    def shown_button(text):
+        dialog = tray.dialog()
+        return dialog.find("push button", text) if dialog else None
+
+    for label, name in (("Open", "cleanup-grant"), ("Clear", "cleanup-confirmation"), ("OK", "cleanup-result")):
+        button = wait_for(f"the button {label!r}", lambda text=label: shown_button(text))
         tour.take(name)
-        tray.dialog().find("push button", button).press()
+        button.press()
     wait_for("the result to go", lambda: tray.dialog() is None)
     if any(caches.iterdir()):
         raise AssertionError("the caches are not empty")
