@@ -2,33 +2,12 @@
 
 #include <dirent.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
+#include "disk/StoredEntries.h"
+
 namespace harbor {
-namespace {
-
-ItemType typeOf(unsigned char stored) {
-  switch (stored) {
-    case DT_UNKNOWN:
-      return ItemType::unknown;
-    case DT_DIR:
-      return ItemType::folder;
-    case DT_REG:
-      return ItemType::file;
-    case DT_LNK:
-      return ItemType::link;
-    default:
-      return ItemType::special;
-  }
-}
-
-bool isSelfOrParent(const char* name) {
-  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-}  // namespace
 
 FolderReader::Result FolderReader::read(int folder, std::size_t batch) {
   if (buffer_.size() < batch) buffer_.resize(batch);
@@ -45,14 +24,11 @@ FolderReader::Result FolderReader::read(int folder, std::size_t batch) {
       std::uint64_t inode = 0;
       std::memcpy(&inode, record + offsetof(dirent64, d_ino), sizeof inode);
       entries_.push_back(
-          {inode, name, typeOf(static_cast<unsigned char>(record[offsetof(dirent64, d_type)]))});
+          {inode, name, typeOfEntry(static_cast<unsigned char>(record[offsetof(dirent64, d_type)]))});
     }
     at += recordLength;
   }
-  if (order_ == Order::byInode) {
-    std::sort(entries_.begin(), entries_.end(),
-              [](const FolderEntry& a, const FolderEntry& b) { return a.inode < b.inode; });
-  }
+  putInOrder(entries_, order_);
   return {entries_, false};
 }
 

@@ -4,9 +4,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
 #include <memory>
+
+#include "disk/StoredEntries.h"
 
 namespace harbor {
 namespace {
@@ -28,25 +29,6 @@ std::unique_ptr<DIR, CloseFolder> openFromTheStart(int descriptor) {
   return folder;
 }
 
-ItemType typeOf(unsigned char stored) {
-  switch (stored) {
-    case DT_UNKNOWN:
-      return ItemType::unknown;
-    case DT_DIR:
-      return ItemType::folder;
-    case DT_REG:
-      return ItemType::file;
-    case DT_LNK:
-      return ItemType::link;
-    default:
-      return ItemType::special;
-  }
-}
-
-bool isSelfOrParent(const char* name) {
-  return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
 }  // namespace
 
 // A place in a folder is only known to the stream that reads it, and entries that are removed between two
@@ -58,7 +40,7 @@ FolderReader::Result FolderReader::read(int folder, std::size_t) {
   if (!stream) return {{}, true};
   while (const dirent* entry = ::readdir(stream.get())) {
     if (isSelfOrParent(entry->d_name)) continue;
-    entries_.push_back({static_cast<std::uint64_t>(entry->d_ino), nullptr, typeOf(entry->d_type)});
+    entries_.push_back({static_cast<std::uint64_t>(entry->d_ino), nullptr, typeOfEntry(entry->d_type)});
     buffer_.insert(buffer_.end(), entry->d_name, entry->d_name + std::strlen(entry->d_name) + 1);
   }
   const char* name = buffer_.data();
@@ -66,10 +48,7 @@ FolderReader::Result FolderReader::read(int folder, std::size_t) {
     entry.name = name;
     name += std::strlen(name) + 1;
   }
-  if (order_ == Order::byInode) {
-    std::sort(entries_.begin(), entries_.end(),
-              [](const FolderEntry& a, const FolderEntry& b) { return a.inode < b.inode; });
-  }
+  putInOrder(entries_, order_);
   return {entries_, true};
 }
 
