@@ -11,6 +11,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "support/ForeignLock.h"
 #include "support/TemporaryFolder.h"
 
 namespace harbor {
@@ -24,8 +25,7 @@ std::string hostName() {
   return name.data();
 }
 
-// A process that runs until it is dropped: a copy of "sleep" under another name, or one that holds a record
-// lock on a file.
+// A process that runs until it is dropped: a copy of "sleep" under another name.
 class Child {
  public:
   static Child running(const std::string& program) {
@@ -41,27 +41,6 @@ class Child {
     char byte = 0;
     EXPECT_EQ(::read(started[0], &byte, 1), 0);  // closed by the start of the other program
     ::close(started[0]);
-    return Child(child);
-  }
-  static Child locking(const std::string& path) {
-    std::array<int, 2> locked{};
-    EXPECT_EQ(::pipe(locked.data()), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-      struct flock lock {};
-      lock.l_type = F_WRLCK;
-      lock.l_whence = SEEK_SET;
-      const int file = ::open(path.c_str(), O_RDWR);
-      const bool isLocked = file >= 0 && ::fcntl(file, F_SETLK, &lock) == 0;
-      (void)!::write(locked[1], isLocked ? "+" : "-", 1);
-      for (;;)
-        ::pause();
-    }
-    char answer = 0;
-    EXPECT_EQ(::read(locked[0], &answer, 1), 1);
-    EXPECT_EQ(answer, '+');
-    ::close(locked[0]);
-    ::close(locked[1]);
     return Child(child);
   }
 
@@ -113,7 +92,7 @@ TEST_F(BrowserLocks, AFirefoxProfileIsInUseWhileItsRecordLockIsHeld) {
   const std::string lock = folder.makeFile("profile/.parentlock");
   EXPECT_FALSE(isFirefoxProfileInUse(profile));
   {
-    const Child firefox = Child::locking(lock);
+    const ForeignLock firefox(lock, 0, 0);
     EXPECT_TRUE(isFirefoxProfileInUse(profile));
   }
   EXPECT_FALSE(isFirefoxProfileInUse(profile));

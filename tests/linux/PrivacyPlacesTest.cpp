@@ -16,6 +16,7 @@
 
 #include "platform/memory/MemoryPlatform.h"
 #include "privacy/TWProtectPrivacy.h"
+#include "support/ForeignLock.h"
 #include "support/TemporaryFolder.h"
 #include "support/TreeSnapshot.h"
 
@@ -32,42 +33,6 @@ constexpr const char* kChromeItems[] = {"History",      "History Provider Cache"
                                         "Shortcuts",    "Network Action Predictor"};
 constexpr const char* kFirefoxItems[] = {"cookies.sqlite", "formhistory.sqlite", "sessionstore.jsonlz4",
                                          "favicons.sqlite"};
-
-// A record lock of another process on a part of a file, held until it is dropped.
-class ForeignLock {
- public:
-  ForeignLock(const std::string& path, off_t start, off_t length) {
-    std::array<int, 2> locked{};
-    if (::pipe(locked.data()) != 0) throw std::runtime_error("no pipe");
-    process_ = ::fork();
-    if (process_ == 0) {
-      struct flock lock {};
-      lock.l_type = F_WRLCK;
-      lock.l_whence = SEEK_SET;
-      lock.l_start = start;
-      lock.l_len = length;
-      const int file = ::open(path.c_str(), O_RDWR);
-      const bool isLocked = file >= 0 && ::fcntl(file, F_SETLK, &lock) == 0;
-      (void)!::write(locked[1], isLocked ? "+" : "-", 1);
-      for (;;)
-        ::pause();
-    }
-    char answer = 0;
-    EXPECT_EQ(::read(locked[0], &answer, 1), 1);
-    EXPECT_EQ(answer, '+');
-    ::close(locked[0]);
-    ::close(locked[1]);
-  }
-  ForeignLock(const ForeignLock&) = delete;
-  ForeignLock& operator=(const ForeignLock&) = delete;
-  ~ForeignLock() {
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-  }
-
- private:
-  pid_t process_ = -1;
-};
 
 // Makes the places anew each time, as the program does.
 class PlacesOfTheTest : public CleanupPlaces {
