@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "disk/FolderPath.h"
+#include "base/FolderPath.h"
 
 namespace harbor {
 namespace {

@@ -11,7 +11,7 @@
 #include "disk/AttributeErasing.h"
 #include "disk/FileByFileRemoval.h"
 #include "disk/FolderMeasure.h"
-#include "disk/FolderPath.h"
+#include "base/FolderPath.h"
 #include "disk/TrashFolder.h"
 #include "disk/TreeWalk.h"
 

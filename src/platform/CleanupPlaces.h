@@ -79,8 +79,20 @@ struct CleanupPlace {
     recentFiles,
   };
 
+  // How the path is followed to the folder that is worked in.
+  enum class Links {
+    // The place is left alone if any component of the path is a link.
+    refused,
+    // Links are followed once, as the folder is opened, but none that lies in one of the sandbox folders.
+    followed,
+  };
+
   std::string path;  // absolute
   Take take = Take::item;
+  Links links = Links::refused;
+  // The root of the volume that the place belongs to: it must lie below it, on that volume's own file system.
+  // Empty for a place that belongs to none.
+  std::string volume;
   std::vector<std::string> names;  // extensions, patterns, attributes, statements or programs
   const char* reason = "";         // one sentence: why nothing here is missed
   // Of what is taken file by file. The absolute paths of items that stay with all they hold, shell patterns
@@ -100,6 +112,10 @@ class CleanupPlaces {
   // and each measuring, from any thread.
   virtual std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const = 0;
   virtual std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const = 0;
+
+  // The folders, as absolute paths, in which a program that runs in a sandbox may write. No link that lies in
+  // one of them is followed.
+  virtual std::vector<std::string> sandboxFolders() const = 0;
 
   // The name of a program that has to be quit before the target's places are cleaned: one of those that run,
   // or one that has a lock on a place. Nothing when there is none. Main thread only.

@@ -42,6 +42,7 @@ class PlacesOfTheTest : public CleanupPlaces {
   std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const override {
     return make_().placesOf(target);
   }
+  std::vector<std::string> sandboxFolders() const override { return {}; }
   std::optional<std::string> programUsing(PrivacyTarget target,
                                           const std::vector<RunningApplication>& running) const override {
     return make_().programUsing(target, running);

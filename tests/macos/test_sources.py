@@ -44,7 +44,7 @@ class Core(unittest.TestCase):
     def test_every_source_that_the_mac_builds_is_checked(self):
         names = {path.relative_to(ROOT / "src").as_posix() for path in compiler.core_sources()}
         self.assertGreater(len(names), 50)
-        for name in ("disk/FileRemoval.cpp", "disk/macos/FolderPath.cpp", "disk/posix/ItemFacts.cpp",
+        for name in ("disk/FileRemoval.cpp", "base/macos/FolderPath.cpp", "disk/posix/ItemFacts.cpp",
                      "privacy/shell/macos/Inheritance.cpp"):
             self.assertIn(name, names)
 

@@ -25,6 +25,12 @@ std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfTarget(PrivacyTarget targe
   return PrivacyPlaces::ofThisUser().placesOf(target);
 }
 
+// Each Flatpak and Snap application may write in a folder of its own in one of these.
+std::vector<std::string> LinuxCleanupPlaces::sandboxFolders() const {
+  if (homeFolder_.empty()) return {};
+  return {homeFolder_ + "/.var/app", homeFolder_ + "/snap"};
+}
+
 std::optional<std::string> LinuxCleanupPlaces::programUsing(
     PrivacyTarget target, const std::vector<RunningApplication>& running) const {
   return PrivacyPlaces::ofThisUser().programUsing(target, running);

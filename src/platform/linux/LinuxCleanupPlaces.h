@@ -22,6 +22,7 @@ class LinuxCleanupPlaces : public CleanupPlaces {
 
   std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const override;
   std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const override;
+  std::vector<std::string> sandboxFolders() const override;
   std::optional<std::string> programUsing(PrivacyTarget target,
                                           const std::vector<RunningApplication>& running) const override;
 

@@ -17,6 +17,7 @@ class MemoryCleanupPlaces : public CleanupPlaces {
     const auto places = ofTarget.find(target);
     return places == ofTarget.end() ? std::vector<CleanupPlace>{} : places->second;
   }
+  std::vector<std::string> sandboxFolders() const override { return sandboxes; }
   std::optional<std::string> programUsing(PrivacyTarget target,
                                           const std::vector<RunningApplication>&) const override {
     const auto program = programs.find(target);
@@ -25,6 +26,7 @@ class MemoryCleanupPlaces : public CleanupPlaces {
 
   std::map<CleanupCategory, std::vector<CleanupPlace>> ofCategory;
   std::map<PrivacyTarget, std::vector<CleanupPlace>> ofTarget;
+  std::vector<std::string> sandboxes;
   std::map<PrivacyTarget, std::string> programs;  // that are using a target's places
 };
 

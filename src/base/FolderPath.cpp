@@ -1,4 +1,6 @@
-#include "disk/FolderPath.h"
+#include "base/FolderPath.h"
+
+#include <algorithm>
 
 namespace harbor {
 
@@ -11,6 +13,17 @@ std::vector<std::string> pathComponents(std::string_view path) {
     path.remove_prefix(slash == std::string_view::npos ? path.size() : slash + 1);
   }
   return components;
+}
+
+std::string pathOfComponents(const std::vector<std::string>& components) {
+  std::string path = "/";
+  for (const std::string& component : components)
+    path += (path.size() > 1 ? "/" : "") + component;
+  return path;
+}
+
+bool isAtOrBelow(const std::vector<std::string>& path, const std::vector<std::string>& folder) {
+  return path.size() >= folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
 }
 
 }  // namespace harbor

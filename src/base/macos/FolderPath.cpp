@@ -1,8 +1,9 @@
-#include "disk/FolderPath.h"
+#include "base/FolderPath.h"
 
 #include <fcntl.h>
 #include <sys/param.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace harbor {
@@ -17,15 +18,33 @@ FileDescriptor openFolder(const std::string& path) {
   return FileDescriptor(::open(path.c_str(), O_EVTONLY | kFolderOnly));
 }
 
-}  // namespace
-
 // The folders above must not be opened one after the other, since the sandbox grants a folder without those
 // that hold it. The system knows where the folder that it has opened really is.
-std::optional<FolderPath> FolderPath::resolve(std::string_view path) {
-  FolderPath place{openFolder(std::string(path)), {}};
+std::optional<FolderPath> placeOf(const std::string& path) {
+  FolderPath place{openFolder(path), {}};
   char whereItIs[MAXPATHLEN] = {};
   if (!place.folder || ::fcntl(place.folder.get(), F_GETPATH, whereItIs) != 0) return std::nullopt;
   place.components = pathComponents(whereItIs);
+  return place;
+}
+
+}  // namespace
+
+std::optional<FolderPath> FolderPath::resolve(std::string_view path,
+                                              const std::vector<std::string>& untrusted) {
+  const auto components = pathComponents(path);
+  const bool isDistrusted = std::any_of(
+      untrusted.begin(), untrusted.end(),
+      [&components](const std::string& each) { return isAtOrBelow(components, pathComponents(each)); });
+  return isDistrusted ? withoutLinks(path) : placeOf(std::string(path));
+}
+
+std::optional<FolderPath> FolderPath::withoutLinks(std::string_view path) {
+  auto place = placeOf(std::string(path));
+  if (place && place->components != pathComponents(path)) {
+    errno = ELOOP;
+    return std::nullopt;
+  }
   return place;
 }
 
