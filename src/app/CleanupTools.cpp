@@ -3,7 +3,8 @@
 namespace harbor {
 
 CleanupTools::CleanupTools(const Platform& platform, TWDialog& dialog)
-    : removal(platform.homeFolder, status),
+    : removal(platform.homeFolder, status,
+              [&places = platform.cleanupPlaces] { return places.sandboxFolders(); }),
       diskUtility(removal, platform.text, platform.workspace, platform.application,
                   platform.applicationBundles, platform.propertyLists),
       shell(platform.commandsFolder),

@@ -40,6 +40,7 @@ CleanupPlace folderOf(CleanupCategory category, std::string path) {
   CleanupPlace place;
   place.path = std::move(path);
   place.take = Take::contents;
+  place.links = CleanupPlace::Links::followed;
   if (category == CleanupCategory::partialDownloads) {
     place.take = Take::itemsByExtension;
     place.names = {kPartialDownloadExtension};
@@ -52,10 +53,6 @@ CleanupPlace folderOf(CleanupCategory category, std::string path) {
 std::vector<std::string> componentsOf(const std::string& path) {
   auto resolved = FolderPath::resolve(path);
   return resolved ? std::move(resolved->components) : pathComponents(path);
-}
-
-bool isAtOrBelow(const std::vector<std::string>& path, const std::vector<std::string>& folder) {
-  return path.size() >= folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
 }
 
 struct ResolvedPlace {
@@ -94,8 +91,13 @@ std::vector<CleanupPlace> planOfCategory(CleanupCategory category, const std::st
     if (folder.category == category) add(plan, folderOf(category, home + folder.path));
   }
   if (category == CleanupCategory::trashCan) {
-    for (const FileUrl& volume : volumes)
-      add(plan, folderOf(category, volume.path + kVolumeTrash));
+    for (const FileUrl& volume : volumes) {
+      CleanupPlace trash = folderOf(category, volume.path + kVolumeTrash);
+      // What lies on a volume is as whoever hands it over wants it.
+      trash.links = CleanupPlace::Links::refused;
+      trash.volume = volume.path;
+      add(plan, std::move(trash));
+    }
   }
   for (CleanupPlace& place : places.placesOfCategory(category))
     add(plan, std::move(place));

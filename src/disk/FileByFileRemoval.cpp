@@ -14,23 +14,30 @@ constexpr int kMostPasses = 100;
 }  // namespace
 
 FileByFileRemoval::FileByFileRemoval(const FileSelection& selection, CleanupStatus& status,
-                                     const ItemFacts& top)
-    : selection_(selection), status_(status), itemsBeforePass_(1) {
+                                     const ItemFacts& top, const FolderListing& listing)
+    : selection_(selection), status_(status), listing_(listing), itemsBeforePass_(1) {
   if (selection_.holds(top)) heldDepth_ = 0;
 }
 
 TreeVisitor::Verdict FileByFileRemoval::found(const Found& item) {
   const auto facts = factsOfItem(item.parent, item.name);
-  if (!facts) return Verdict::goOn;
+  const bool isListed = item.depth == 1;
+  if (!facts || (isListed && !listing_.held(item.name, *facts))) return Verdict::goOn;
   if (facts->isMountRoot) return Verdict::mountPoint;
   if (facts->type == ItemType::folder)
     return selection_.enters(*facts, item.name) ? Verdict::enter : Verdict::goOn;
-  if (!selection_.takes(*facts, item.name) || ::unlinkat(item.parent, item.name, 0) != 0)
-    return Verdict::goOn;
+  if (!selection_.takes(item, *facts)) return Verdict::goOn;
+  const bool isRemoved = isListed ? removeIfSame(item.parent, item.name, *facts, 0) == 0
+                                  : ::unlinkat(item.parent, item.name, 0) == 0;
+  if (!isRemoved) return Verdict::goOn;
   bytes_ += facts->bytes;
   ++items_;
   status_.add(1, facts->bytes);
   return Verdict::goOn;
+}
+
+bool FileByFileRemoval::keeps(const Found& item, const ItemFacts& folder) const {
+  return item.depth == 1 && !listing_.held(item.name, folder);
 }
 
 void FileByFileRemoval::entered(const ItemFacts& folder, std::size_t depth) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "disk/FileSelection.h"
+#include "disk/FolderListing.h"
 #include "disk/TreeWalk.h"
 #include "platform/CleanupProgress.h"
 
@@ -16,9 +17,12 @@ namespace harbor {
 // sees.
 class FileByFileRemoval : public TreeVisitor {
  public:
-  FileByFileRemoval(const FileSelection& selection, CleanupStatus& status, const ItemFacts& top);
+  // Of the direct entries only those in the listing go.
+  FileByFileRemoval(const FileSelection& selection, CleanupStatus& status, const ItemFacts& top,
+                    const FolderListing& listing);
 
   Verdict found(const Found& item) override;
+  bool keeps(const Found& item, const ItemFacts& folder) const override;
   void entered(const ItemFacts& folder, std::size_t depth) override;
   Verdict couldNotEnter(const Found& item, int error) override;
   Leaving left(const Left& folder) override;
@@ -33,6 +37,7 @@ class FileByFileRemoval : public TreeVisitor {
 
   const FileSelection& selection_;
   CleanupStatus& status_;
+  const FolderListing& listing_;
   std::uint64_t bytes_ = 0;
   std::uint64_t items_ = 0;
   std::optional<std::size_t> heldDepth_;        // of the folder that holds all below it

@@ -2,16 +2,14 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <set>
 
+#include "base/FolderPath.h"
 #include "disk/AttributeErasing.h"
 #include "disk/FileByFileRemoval.h"
 #include "disk/FolderMeasure.h"
-#include "base/FolderPath.h"
 #include "disk/TrashFolder.h"
 #include "disk/TreeWalk.h"
 
@@ -22,58 +20,33 @@ namespace {
 // tries.
 constexpr int kMostPasses = 100;
 
-// The folders that hold the users' home folders by custom, and the superuser's own, whatever the user
-// database says.
-constexpr std::array<std::string_view, 3> kFoldersOfHomes{"home", "Users", "root"};
-
-bool isBelow(const std::vector<std::string>& path, const std::vector<std::string>& folder) {
-  return path.size() > folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
-}
-
-bool isBelowOneOf(const std::vector<std::string>& path,
-                  const std::vector<std::vector<std::string>>& folders) {
-  return std::any_of(folders.begin(), folders.end(),
-                     [&](const auto& folder) { return isBelow(path, folder); });
-}
-
-// The home folder's components as they are written and as they really are; empty when it is no folder that a
-// user can have.
-std::vector<std::vector<std::string>> namesOfHome(const std::string& home) {
-  auto written = pathComponents(home);
-  if (!home.starts_with('/') || written.empty() || home.find('\0') != std::string::npos) return {};
-  auto resolved = FolderPath::resolve(home);
-  if (!resolved) return {std::move(written)};
-  return {std::move(written), std::move(resolved->components)};
-}
-
-std::optional<ItemFacts> factsOfFolder(const std::string& path) {
-  const auto place = FolderPath::resolve(path);
-  return place && place->folder ? factsOfDescriptor(place->folder.get()) : std::nullopt;
-}
-
-// Removes whatever the walk finds, folders on the way back. Two threads may call it.
+// Removes what the walk finds, folders on the way back. Two threads may call it.
 class RemovingVisitor : public TreeVisitor {
  public:
-  // The home folder stays, should a second mount have brought it below what is removed.
-  RemovingVisitor(CleanupStatus& status, const std::optional<ItemFacts>& home)
-      : status_(status), home_(home) {}
+  // Of the direct entries only those in the listing go, or all without one. The home folder stays, should a
+  // second mount have brought it below what is removed.
+  RemovingVisitor(CleanupStatus& status, const std::optional<ItemFacts>& home, const FolderListing* listing)
+      : status_(status), home_(home), listing_(listing) {}
 
   Verdict found(const Found& item) override {
-    if (item.type == ItemType::folder) return Verdict::enter;
+    if (item.type == ItemType::folder && !isListed(item.depth)) return Verdict::enter;
     const auto facts = factsOfItem(item.parent, item.name);
+    if (stays(item, facts)) return Verdict::goOn;
     if (facts && facts->isMountRoot) return Verdict::mountPoint;
     if (facts && facts->type == ItemType::folder) return Verdict::enter;
-    if (::unlinkat(item.parent, item.name, 0) == 0) {
+    const int error = remove(item, facts, 0);
+    if (error == 0) {
       count(facts ? facts->bytes : 0);
       return Verdict::goOn;
     }
-    const int error = errno;
     if (error == ENOENT) return Verdict::goOn;
     if (error == EISDIR) return Verdict::enter;
     return fail(error);
   }
 
-  bool keeps(const ItemFacts& folder) const override { return home_ && folder.isSameItemAs(*home_); }
+  bool keeps(const Found& item, const ItemFacts& folder) const override {
+    return stays(item, folder) || (home_ && folder.isSameItemAs(*home_));
+  }
   void entered(const ItemFacts&, std::size_t) override {}
 
   Verdict couldNotEnter(const Found& item, int error) override {
@@ -81,20 +54,20 @@ class RemovingVisitor : public TreeVisitor {
     if (error == ENOTDIR || error == ELOOP) {
       // Something else was put in the folder's place since its entry was read.
       const auto facts = factsOfItem(item.parent, item.name);
+      if (stays(item, facts)) return Verdict::goOn;
       if (facts && facts->isMountRoot) return Verdict::mountPoint;
-      if (::unlinkat(item.parent, item.name, 0) == 0) {
-        count(facts ? facts->bytes : 0);
-        return Verdict::goOn;
-      }
-      if (errno == ENOENT) return Verdict::goOn;
-      if (errno != EISDIR) return fail(errno);
+      const int failure = remove(item, facts, 0);
+      if (failure == 0) count(facts ? facts->bytes : 0);
+      if (failure == 0 || failure == ENOENT) return Verdict::goOn;
+      if (failure != EISDIR) return fail(failure);
       contested_ = true;
       return Verdict::goOn;
     }
     const auto facts = factsOfItem(item.parent, item.name);
+    if (stays(item, facts)) return Verdict::goOn;
     if (facts && facts->isMountRoot) return Verdict::mountPoint;
     // A folder that may not be read can still be removed when it is empty.
-    if (::unlinkat(item.parent, item.name, AT_REMOVEDIR) != 0) return fail(error);
+    if (remove(item, facts, AT_REMOVEDIR) != 0) return fail(error);
     count(facts && item.depth > 1 ? facts->bytes : 0);
     return Verdict::goOn;
   }
@@ -109,11 +82,12 @@ class RemovingVisitor : public TreeVisitor {
       return again ? Leaving::readAgain : Leaving::done;
     }
     if (folder.holdsMountPoint) return Leaving::done;
-    if (::unlinkat(folder.parent, folder.name, AT_REMOVEDIR) == 0) {
-      count(folder.depth > 1 ? folder.bytes : 0);
+    const int error =
+        remove({folder.parent, folder.name, ItemType::folder, folder.depth}, folder.facts, AT_REMOVEDIR);
+    if (error == 0) {
+      count(folder.depth > 1 ? folder.facts.bytes : 0);
       return Leaving::done;
     }
-    const int error = errno;
     if (error == ENOENT) return Leaving::done;
     if (error == ENOTDIR) {
       contested_ = true;
@@ -140,6 +114,16 @@ class RemovingVisitor : public TreeVisitor {
   }
 
  private:
+  bool isListed(std::size_t depth) const { return listing_ && depth == 1; }
+  // Whether the item arrived after the listing was made.
+  bool stays(const Found& item, const std::optional<ItemFacts>& facts) const {
+    return isListed(item.depth) && (!facts || !listing_->held(item.name, *facts));
+  }
+  // As removeIfSame for a listed entry, as unlinkat for others.
+  int remove(const Found& item, const std::optional<ItemFacts>& facts, int flags) const {
+    if (isListed(item.depth)) return facts ? removeIfSame(item.parent, item.name, *facts, flags) : ENOENT;
+    return ::unlinkat(item.parent, item.name, flags) == 0 ? 0 : errno;
+  }
   Verdict fail(int error) {
     int none = 0;
     error_.compare_exchange_strong(none, error);
@@ -153,6 +137,7 @@ class RemovingVisitor : public TreeVisitor {
 
   CleanupStatus& status_;
   const std::optional<ItemFacts> home_;
+  const FolderListing* const listing_;
   std::atomic<std::uint64_t> bytes_ = 0;
   std::atomic<std::uint64_t> items_ = 0;
   std::uint64_t itemsBeforePass_ = 0;
@@ -164,14 +149,19 @@ class RemovingVisitor : public TreeVisitor {
 // Finds the matches and has each removed.
 class MatchRemovingVisitor : public TreeVisitor {
  public:
-  using Remove = std::function<RemovalOutcome(int parent, const char* name)>;
+  // Removes an entry; with a listing, only if that held it.
+  using Remove = std::function<RemovalOutcome(int parent, const char* name, const FolderListing* listing)>;
 
-  MatchRemovingVisitor(const FileRemoval::NameTest& matches, const Remove& remove)
-      : matches_(matches), remove_(remove) {}
+  MatchRemovingVisitor(const FileRemoval::NameTest& matches, const Remove& remove,
+                       const FolderListing& listing)
+      : matches_(matches), remove_(remove), listing_(listing) {}
 
+  bool keeps(const Found& item, const ItemFacts& folder) const override {
+    return item.depth == 1 && !listing_.held(item.name, folder);
+  }
   Verdict found(const Found& item) override {
     if (matches_(item.name)) {
-      const RemovalOutcome removed = remove_(item.parent, item.name);
+      const RemovalOutcome removed = remove_(item.parent, item.name, item.depth == 1 ? &listing_ : nullptr);
       outcome_.bytes += removed.bytes;
       outcome_.items += removed.items;
       if (removed.error == 0 || removed.error == ENOENT) return Verdict::goOn;
@@ -194,6 +184,7 @@ class MatchRemovingVisitor : public TreeVisitor {
  private:
   const FileRemoval::NameTest& matches_;
   const Remove& remove_;
+  const FolderListing& listing_;
   RemovalOutcome outcome_;
 };
 
@@ -217,95 +208,20 @@ void RemovalOutcome::add(const RemovalOutcome& item) {
   if (item.error != 0 && item.error != ENOENT) error = item.error;
 }
 
-std::optional<RemovalRefusal> FileRemoval::refusalForText(const std::string& path) const {
-  if (path.empty()) return RemovalRefusal::emptyPath;
-  if (path.find('\0') != std::string::npos) return RemovalRefusal::zeroByte;
-  if (path.front() != '/') return RemovalRefusal::relativePath;
-  const auto components = pathComponents(path);
-  if (std::find(components.begin(), components.end(), "..") != components.end())
-    return RemovalRefusal::parentReference;
-  return refusalForPlace(components);
+FileDescriptor FileRemoval::openTopFolder(const FolderWay& way, RemovalOutcome& outcome) const {
+  FolderGate::Opened opened = gate_.open(way);
+  outcome.refusal = opened.refusal;
+  outcome.openError = opened.error;
+  return std::move(opened.folder);
 }
 
-std::optional<RemovalRefusal> FileRemoval::refusalForPlace(const std::vector<std::string>& place) const {
-  if (place.size() <= 1) return RemovalRefusal::rootOrDirectChild;
-
-  const auto homes = namesOfHome(home_());
-  if (homes.empty()) return RemovalRefusal::noHomeFolder;
-  for (const auto& home : homes) {
-    if (place == home || isBelow(home, place)) return RemovalRefusal::homeOrAbove;
-  }
-  if (isBelowOneOf(place, homes)) return std::nullopt;
-
-  // What lies beside the own home folder is somebody else's.
-  for (auto beside : homes) {
-    beside.pop_back();
-    if (!beside.empty() && isBelow(place, beside)) return RemovalRefusal::foreignHome;
-  }
-  for (const std::string_view custom : kFoldersOfHomes) {
-    if (place.front() == custom) return RemovalRefusal::foreignHome;
-  }
-  return std::nullopt;
-}
-
-std::optional<RemovalRefusal> FileRemoval::refusalForWay(const std::vector<std::string>& path,
-                                                         const std::vector<std::string>& place) const {
-  if (const auto refusal = refusalForPlace(place)) return refusal;
-  const auto homes = namesOfHome(home_());
-  // The trash of a volume that somebody hands over may be a link to whatever he likes.
-  if (isBelowOneOf(place, homes) && !isBelowOneOf(path, homes)) return RemovalRefusal::leadsIntoHome;
-  return std::nullopt;
-}
-
-bool FileRemoval::isHomeOrAbove(const ItemFacts& folder) const {
-  auto home = FolderPath::resolve(home_());
-  // Without descriptors nobody can tell.
-  if (!home && (errno == EMFILE || errno == ENFILE)) return true;
-  while (home && home->folder) {
-    const auto facts = factsOfDescriptor(home->folder.get());
-    if (facts && facts->isSameItemAs(folder)) return true;
-    if (home->components.empty()) break;
-    home->components.pop_back();
-    std::string above = "/";
-    for (const std::string& component : home->components)
-      above += component + "/";
-    home = FolderPath::resolve(above);
-  }
-  return false;
-}
-
-FileDescriptor FileRemoval::openTopFolder(const std::string& path, RemovalOutcome& outcome) const {
-  if (const auto refusal = refusalForText(path)) {
-    outcome.refusal = refusal;
-    return {};
-  }
-  const auto place = FolderPath::resolve(path);
-  if (!place) {
-    outcome.openError = errno;
-    return {};
-  }
-  if (const auto refusal = refusalForWay(pathComponents(path), place->components)) {
-    outcome.refusal = refusal;
-    return {};
-  }
-  FileDescriptor folder(::openat(place->folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
-  if (!facts) {
-    outcome.openError = errno;
-    return {};
-  }
-  if (isHomeOrAbove(*facts)) {
-    outcome.refusal = RemovalRefusal::homeOrAbove;
-    return {};
-  }
-  return folder;
-}
-
-RemovalOutcome FileRemoval::removeEntry(int parent, const char* name) {
+RemovalOutcome FileRemoval::removeEntry(int parent, const char* name, const FolderListing* listing) {
   const auto facts = factsOfItem(parent, name);
   if (!facts) return failed(errno);
-  if (facts->type == ItemType::folder && isHomeOrAbove(*facts)) return refused(RemovalRefusal::homeOrAbove);
-  RemovingVisitor visitor(status_, factsOfFolder(home_()));
+  if (listing && !listing->held(name, *facts)) return {};
+  if (facts->type == ItemType::folder && gate_.isHomeOrAbove(*facts))
+    return refused(RemovalRefusal::homeOrAbove);
+  RemovingVisitor visitor(status_, gate_.homeFacts(), listing);
   for (int tries = 0; tries < kMostPasses; ++tries) {
     walkItem(parent, name, FolderReader::Order::byInode, visitor);
     if (visitor.outcome().error != 0 || !visitor.takeContested()) return visitor.outcome();
@@ -315,36 +231,42 @@ RemovalOutcome FileRemoval::removeEntry(int parent, const char* name) {
   return outcome;
 }
 
-RemovalOutcome FileRemoval::removeItem(const std::string& path) {
-  if (const auto refusal = refusalForText(path)) return refused(*refusal);
-  auto components = pathComponents(path);
-  const std::string name = components.back();
-  components.pop_back();
-  std::string above = "/";
-  for (const std::string& component : components)
-    above += component + "/";
-  const auto parent = FolderPath::resolve(above);
-  if (!parent) return failed(errno);
-  auto place = parent->components;
-  place.push_back(name);
-  if (const auto refusal = refusalForWay(pathComponents(path), place)) return refused(*refusal);
-  return removeEntry(parent->folder.get(), name.c_str());
+RemovalOutcome FileRemoval::removeItem(const FolderWay& way) {
+  const FolderGate::Opened parent = gate_.openParent(way);
+  if (parent.refusal) return refused(*parent.refusal);
+  if (!parent.folder) return failed(parent.error);
+  return removeEntry(parent.folder.get(), pathComponents(way.path).back().c_str());
 }
 
-RemovalOutcome FileRemoval::emptyFolder(const std::string& path) {
+RemovalOutcome FileRemoval::removeDatabase(const FolderWay& way) {
+  const FolderGate::Opened parent = gate_.openParent(way);
+  if (parent.refusal) return refused(*parent.refusal);
+  if (!parent.folder) return failed(parent.error);
+  const std::string name = pathComponents(way.path).back();
+  const RemovalOutcome outcome = removeEntry(parent.folder.get(), name.c_str());
+  // A database that stays without its journal would be a broken one.
+  if (factsOfItem(parent.folder.get(), name.c_str())) return outcome;
+  for (const char* companion : {"-wal", "-shm", "-journal"})
+    removeEntry(parent.folder.get(), (name + companion).c_str());
+  return outcome;
+}
+
+RemovalOutcome FileRemoval::emptyFolder(const FolderWay& way) {
   RemovalOutcome outcome;
-  FileDescriptor folder = openTopFolder(path, outcome);
+  FileDescriptor folder = openTopFolder(way, outcome);
   if (!folder) return outcome;
-  RemovingVisitor visitor(status_, factsOfFolder(home_()));
+  const FolderListing listing(folder.get());
+  RemovingVisitor visitor(status_, gate_.homeFacts(), &listing);
   visitor.readTopAgain();
   walkBelowInOrder(std::move(folder), FolderReader::Order::byInode, visitor);
   return visitor.outcome();
 }
 
-RemovalOutcome FileRemoval::removeEntries(const std::string& folderPath, const NameTest& matches) {
+RemovalOutcome FileRemoval::removeEntries(const FolderWay& way, const NameTest& matches) {
   RemovalOutcome outcome;
-  const FileDescriptor folder = openTopFolder(folderPath, outcome);
+  const FileDescriptor folder = openTopFolder(way, outcome);
   if (!folder) return outcome;
+  const FolderListing listing(folder.get());
   FolderReader reader(FolderReader::Order::asStored);
   std::set<std::string> left;
   // Some file systems leave entries out when others are removed while the folder is read.
@@ -356,8 +278,10 @@ RemovalOutcome FileRemoval::removeEntries(const std::string& folderPath, const N
       atEnd = result.atEnd;
       for (const FolderEntry& entry : result.entries) {
         if (!matches(entry.name) || left.contains(entry.name)) continue;
+        const auto facts = factsOfItem(folder.get(), entry.name);
+        if (!facts || !listing.held(entry.name, *facts)) continue;
         const FolderMeasure measure = measureItem(folder.get(), entry.name);
-        const RemovalOutcome removed = removeEntry(folder.get(), entry.name);
+        const RemovalOutcome removed = removeEntry(folder.get(), entry.name, &listing);
         if (removed.refusal || removed.error != 0) left.insert(entry.name);
         if (removed.refusal) continue;
         outcome.bytes += measure.bytes;
@@ -370,15 +294,17 @@ RemovalOutcome FileRemoval::removeEntries(const std::string& folderPath, const N
   return outcome;
 }
 
-RemovalOutcome FileRemoval::removeMatches(const std::string& folderPath, const NameTest& matches) {
+RemovalOutcome FileRemoval::removeMatches(const FolderWay& way, const NameTest& matches) {
   RemovalOutcome outcome;
-  FileDescriptor folder = openTopFolder(folderPath, outcome);
+  FileDescriptor folder = openTopFolder(way, outcome);
   if (!folder) return outcome;
-  const MatchRemovingVisitor::Remove remove = [this](int parent, const char* name) {
-    return removeEntry(parent, name);
+  const FolderListing listing(folder.get());
+  const MatchRemovingVisitor::Remove remove = [this](int parent, const char* name,
+                                                     const FolderListing* held) {
+    return removeEntry(parent, name, held);
   };
-  MatchRemovingVisitor first(matches, remove);
-  MatchRemovingVisitor second(matches, remove);
+  MatchRemovingVisitor first(matches, remove, listing);
+  MatchRemovingVisitor second(matches, remove, listing);
   walkBelow(std::move(folder), FolderReader::Order::asStored, {&first, &second});
   for (const auto* visitor : {&first, &second}) {
     outcome.bytes += visitor->outcome().bytes;
@@ -388,12 +314,13 @@ RemovalOutcome FileRemoval::removeMatches(const std::string& folderPath, const N
   return outcome;
 }
 
-RemovalOutcome FileRemoval::removeFileByFile(const std::string& folderPath, const FileSelection& selection) {
+RemovalOutcome FileRemoval::removeFileByFile(const FolderWay& way, const FileSelection& selection) {
   RemovalOutcome outcome;
-  FileDescriptor folder = openTopFolder(folderPath, outcome);
+  FileDescriptor folder = openTopFolder(way, outcome);
   const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
   if (!facts) return outcome;
-  FileByFileRemoval visitor(selection, status_, *facts);
+  const FolderListing listing(folder.get());
+  FileByFileRemoval visitor(selection, status_, *facts, listing);
   walkBelow(std::move(folder), FolderReader::Order::byInode, {&visitor});
   outcome.bytes = visitor.bytes();
   outcome.items = visitor.items();
@@ -401,22 +328,24 @@ RemovalOutcome FileRemoval::removeFileByFile(const std::string& folderPath, cons
 }
 
 void FileRemoval::removeEachEntry(const FileDescriptor& folder, RemovalOutcome& outcome) {
+  if (!folder) return;
   // All names before the first removal: what is thrown away meanwhile, nobody has confirmed.
+  const FolderListing listing(folder.get());
   std::vector<std::string> names;
   FolderReader reader(FolderReader::Order::byInode);
-  for (bool atEnd = !folder; !atEnd;) {
+  for (bool atEnd = false; !atEnd;) {
     const auto result = reader.read(folder.get(), FolderReader::kLargestBatch);
     atEnd = result.atEnd;
     for (const FolderEntry& entry : result.entries)
       names.emplace_back(entry.name);
   }
   for (const std::string& name : names)
-    outcome.add(removeEntry(folder.get(), name.c_str()));
+    outcome.add(removeEntry(folder.get(), name.c_str(), &listing));
 }
 
-RemovalOutcome FileRemoval::emptyTrash(const std::string& path) {
+RemovalOutcome FileRemoval::emptyTrash(const FolderWay& way) {
   RemovalOutcome outcome;
-  const FileDescriptor trash = openTopFolder(path, outcome);
+  const FileDescriptor trash = openTopFolder(way, outcome);
   if (!trash) return outcome;
   // A record that is made while the items go is about an item that is on its way into the trash.
   const auto records = recordsOfTrash(trash.get());
@@ -434,18 +363,13 @@ RemovalOutcome FileRemoval::emptyTrash(const std::string& path) {
   return outcome;
 }
 
-RemovalOutcome FileRemoval::eraseAttributes(const std::string& path, const std::vector<std::string>& names) {
+RemovalOutcome FileRemoval::eraseAttributes(const FolderWay& way, const std::vector<std::string>& names) {
   RemovalOutcome outcome;
-  if ((outcome.refusal = refusalForText(path))) return outcome;
+  FileDescriptor folder = openTopFolder(way, outcome);
+  if (!folder) return outcome;
   AttributeErasing visitor(names);
-  FileDescriptor item(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  if (!item) return failed(errno);
-  visitor.erase(item.get());
-  const auto facts = factsOfDescriptor(item.get());
-  if (facts && facts->type == ItemType::folder) {
-    FileDescriptor folder = openTopFolder(path, outcome);
-    if (folder) walkBelow(std::move(folder), FolderReader::Order::asStored, {&visitor});
-  }
+  visitor.erase(folder.get());
+  walkBelow(std::move(folder), FolderReader::Order::asStored, {&visitor});
   outcome.items = visitor.items();
   return outcome;
 }

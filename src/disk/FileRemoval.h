@@ -12,22 +12,11 @@
 #include "base/FileDescriptor.h"
 #include "base/HomeFolder.h"
 #include "disk/FileSelection.h"
-#include "disk/ItemFacts.h"
+#include "disk/FolderGate.h"
+#include "disk/FolderListing.h"
 #include "platform/CleanupProgress.h"
 
 namespace harbor {
-
-enum class RemovalRefusal {
-  emptyPath,
-  relativePath,
-  zeroByte,
-  parentReference,    // a component is ".."
-  rootOrDirectChild,  // "/" or "/usr"
-  noHomeFolder,       // the user database gives no home folder, so no path can have been built on one
-  homeOrAbove,        // the home folder or a folder that holds it
-  foreignHome,        // in a home folder that is not this user's
-  leadsIntoHome,      // a place elsewhere that a link turns into one in the home folder
-};
 
 struct RemovalOutcome {
   std::uint64_t bytes = 0;                // as FolderMeasure counts what was removed
@@ -40,60 +29,61 @@ struct RemovalOutcome {
   void add(const RemovalOutcome& item);
 };
 
+// Where a folder is emptied or searched, its direct entries are listed before the first removal, and what is
+// none of them stays: it arrived meanwhile. What arrives in a folder below goes with that.
 class FileRemoval {
  public:
   using NameTest = std::function<bool(std::string_view name)>;
 
   // What is removed is also added to the status as it goes.
-  FileRemoval(HomeFolder home, CleanupStatus& status) : home_(std::move(home)), status_(status) {}
+  FileRemoval(HomeFolder home, CleanupStatus& status, FolderGate::SandboxFolders sandboxes = {})
+      : gate_(std::move(home), std::move(sandboxes)), status_(status) {}
+
+  const FolderGate& gate() const { return gate_; }
 
   // Removes a file, or a folder with all its contents; a link is removed, not what it leads to. A missing
   // item is the error ENOENT. What is mounted inside stays, with the folders that lead to it, and is no
   // failure.
-  RemovalOutcome removeItem(const std::string& path);
+  RemovalOutcome removeItem(const FolderWay& way);
 
-  // Removes everything inside a folder and keeps the folder, which may itself be reached by a link. Ends at
-  // the first removal that fails.
-  RemovalOutcome emptyFolder(const std::string& path);
+  // Removes a database file and, once it is gone, what SQLite keeps beside it. The outcome is that of the
+  // database itself.
+  RemovalOutcome removeDatabase(const FolderWay& way);
+
+  // Removes everything inside a folder and keeps the folder. Ends at the first removal that fails.
+  RemovalOutcome emptyFolder(const FolderWay& way);
 
   // Removes the direct entries whose names match. The bytes are those of all matches; a match that cannot be
   // removed does not keep the others.
-  RemovalOutcome removeEntries(const std::string& folder, const NameTest& matches);
+  RemovalOutcome removeEntries(const FolderWay& folder, const NameTest& matches);
 
   // Removes the items at any depth whose names match, each with all that it holds. Ends at the first removal
   // that fails. The test is called from several threads.
-  RemovalOutcome removeMatches(const std::string& folder, const NameTest& matches);
+  RemovalOutcome removeMatches(const FolderWay& folder, const NameTest& matches);
 
   // Removes the files below a folder that the selection takes, and folders that have nothing left in them
   // unless they are held. The bytes and items are those of the files. A removal that fails is none of the
   // outcome.
-  RemovalOutcome removeFileByFile(const std::string& folder, const FileSelection& selection);
+  RemovalOutcome removeFileByFile(const FolderWay& folder, const FileSelection& selection);
 
   // Empties a trash of the freedesktop rules. The record of an item goes after the item and stays when that
   // could not be removed; an item that cannot be removed does not keep the others.
-  RemovalOutcome emptyTrash(const std::string& trash);
+  RemovalOutcome emptyTrash(const FolderWay& trash);
 
-  // Takes the extended attributes of these names off the item, which may be reached by a link, and off all
-  // files and folders below it. The items are those that had one.
-  RemovalOutcome eraseAttributes(const std::string& path, const std::vector<std::string>& names);
-
-  // Why the path may not be removed or emptied, judged by its text alone.
-  std::optional<RemovalRefusal> refusalForText(const std::string& path) const;
+  // Takes the extended attributes of these names off the folder and off all files and folders below it. The
+  // items are those that had one.
+  RemovalOutcome eraseAttributes(const FolderWay& item, const std::vector<std::string>& names);
 
  private:
-  std::optional<RemovalRefusal> refusalForPlace(const std::vector<std::string>& place) const;
-  // Why a path that really leads to this place may not be removed or emptied.
-  std::optional<RemovalRefusal> refusalForWay(const std::vector<std::string>& path,
-                                              const std::vector<std::string>& place) const;
-  bool isHomeOrAbove(const ItemFacts& folder) const;
-  // The folder behind the path, open for reading; nothing, and why in the outcome, when it is refused or
-  // cannot be opened.
-  FileDescriptor openTopFolder(const std::string& path, RemovalOutcome& outcome) const;
-  RemovalOutcome removeEntry(int parent, const char* name);
+  // The folder behind the path, open for reading; empty, and why in the outcome, if it is refused or cannot
+  // be opened.
+  FileDescriptor openTopFolder(const FolderWay& way, RemovalOutcome& outcome) const;
+  // Removes the entry with all that it holds; with a listing, only if that held it.
+  RemovalOutcome removeEntry(int parent, const char* name, const FolderListing* listing = nullptr);
   // Removes each entry of an open folder; one that cannot be removed does not keep the others.
   void removeEachEntry(const FileDescriptor& folder, RemovalOutcome& outcome);
 
-  HomeFolder home_;
+  FolderGate gate_;
   CleanupStatus& status_;
 };
 

@@ -6,7 +6,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <random>
 
 #include "base/FileDescriptor.h"
 
@@ -37,16 +37,24 @@ bool writeAll(int file, std::string_view text) {
   return true;
 }
 
-bool isUnchanged(const std::string& path, const struct stat& before) {
+// A name beside the file that nobody else can know; short, so that it fits where the file's own does.
+std::string temporaryName(const std::string& name) {
+  char ending[16];
+  std::snprintf(ending, sizeof ending, ".%08x", static_cast<unsigned>(std::random_device()()));
+  return "." + name.substr(0, 200) + ending;
+}
+
+bool isUnchanged(int folder, const std::string& name, const struct stat& before) {
   struct stat now {};
-  return ::lstat(path.c_str(), &now) == 0 && now.st_dev == before.st_dev && now.st_ino == before.st_ino &&
-         now.st_size == before.st_size && now.st_mtime == before.st_mtime && now.st_ctime == before.st_ctime;
+  return ::fstatat(folder, name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 && now.st_dev == before.st_dev &&
+         now.st_ino == before.st_ino && now.st_size == before.st_size && now.st_mtime == before.st_mtime &&
+         now.st_ctime == before.st_ctime;
 }
 
 }  // namespace
 
-bool rewriteFile(const std::string& path, const TextEdit& edit) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+bool rewriteFile(int folder, const std::string& name, const TextEdit& edit) {
+  const FileDescriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   struct stat before {};
   if (!file || ::fstat(file.get(), &before) != 0 || !S_ISREG(before.st_mode)) return false;
   if (before.st_uid != ::geteuid() || before.st_nlink != 1 || before.st_size > kLargestFile) return false;
@@ -56,13 +64,14 @@ bool rewriteFile(const std::string& path, const TextEdit& edit) {
   if (!text) return false;
   if (*text == *old) return true;
 
-  std::string temporary = path + ".XXXXXX";
-  const FileDescriptor copy(::mkostemp(temporary.data(), O_CLOEXEC));
+  const std::string temporary = temporaryName(name);
+  const FileDescriptor copy(
+      ::openat(folder, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!copy) return false;
   const bool isComplete = writeAll(copy.get(), *text) && ::fchmod(copy.get(), before.st_mode & 07777) == 0 &&
-                          ::fsync(copy.get()) == 0 && isUnchanged(path, before);
-  if (isComplete && ::rename(temporary.c_str(), path.c_str()) == 0) return true;
-  ::unlink(temporary.c_str());
+                          ::fsync(copy.get()) == 0 && isUnchanged(folder, name, before);
+  if (isComplete && ::renameat(folder, temporary.c_str(), folder, name.c_str()) == 0) return true;
+  ::unlinkat(folder, temporary.c_str(), 0);
   return false;
 }
 

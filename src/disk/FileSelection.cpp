@@ -5,8 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <deque>
+#include <optional>
 
+#include "base/FileDescriptor.h"
 #include "base/FileUrl.h"
+#include "base/FolderPath.h"
 
 namespace harbor {
 namespace {
@@ -36,6 +40,43 @@ std::set<FileIdentity> identitiesOf(const std::vector<std::string>& paths) {
     if (const auto facts = factsOfItem(AT_FDCWD, path.c_str())) identities.insert(identityOf(*facts));
   }
   return identities;
+}
+
+std::optional<std::string> textOfLink(int folder, const char* name) {
+  std::string text(4096, '\0');
+  const ssize_t length = ::readlinkat(folder, name, text.data(), text.size());
+  if (length < 0 || length == static_cast<ssize_t>(text.size())) return std::nullopt;
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+// Whether a link leads to something in the place that is walked, or would if that were there.
+bool staysInPlace(const TreeVisitor::Found& link) {
+  constexpr int kMostLinks = 40;
+  std::deque<std::string> toGo{link.name};
+  FileDescriptor folder(::openat(link.parent, ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+  std::size_t level = link.depth - 1;  // how far below the top of the place
+  int links = 0;
+  while (!toGo.empty()) {
+    const std::string step = std::move(toGo.front());
+    toGo.pop_front();
+    if (step == "..") {
+      if (level-- == 0) return false;
+      if (folder) folder = FileDescriptor(::openat(folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+      continue;
+    }
+    if (const auto text = folder ? textOfLink(folder.get(), step.c_str()) : std::nullopt) {
+      if (text->starts_with('/') || ++links > kMostLinks) return false;
+      const auto steps = pathComponents(*text);
+      toGo.insert(toGo.begin(), steps.begin(), steps.end());
+      continue;
+    }
+    ++level;
+    if (folder)
+      folder =
+          FileDescriptor(::openat(folder.get(), step.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  }
+  return true;
 }
 
 }  // namespace
@@ -68,11 +109,13 @@ bool FileSelection::keeps(const ItemFacts& item, std::string_view name) const {
   return kept_.contains(identityOf(item)) || matchesOneOfPatterns(small, place_.keptNames);
 }
 
-bool FileSelection::takes(const ItemFacts& item, std::string_view name) const {
+bool FileSelection::takes(const TreeVisitor::Found& found, const ItemFacts& item) const {
+  const std::string_view name = found.name;
   if (item.isMountRoot || item.type == ItemType::special || keeps(item, name) ||
       place_.filesInUse.contains(identityOf(item)))
     return false;
-  if (place_.take == CleanupPlace::Take::contentsInUse) return !isLockFileName(name);
+  if (place_.take == CleanupPlace::Take::contentsInUse)
+    return !isLockFileName(name) && (item.type != ItemType::link || staysInPlace(found));
   if (item.type != ItemType::file) return false;
   if (place_.take == CleanupPlace::Take::ownFilesByPattern && item.owner != ::geteuid()) return false;
   return matchesOneOfPatterns(name, place_.names);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "disk/ItemFacts.h"
+#include "disk/TreeWalk.h"
 #include "platform/CleanupPlaces.h"
 
 namespace harbor {
@@ -28,8 +29,9 @@ class FileSelection {
   // holds.
   explicit FileSelection(const CleanupPlace& place);
 
-  // Whether the item goes, which is no folder.
-  bool takes(const ItemFacts& item, std::string_view name) const;
+  // Whether the item goes, which is no folder. Of a folder in use no link goes that leads out of the place,
+  // directly or through others, or that is absolute: it may be all that leads to a cache on another disk.
+  bool takes(const TreeVisitor::Found& found, const ItemFacts& item) const;
   // Whether the folder is gone through.
   bool enters(const ItemFacts& folder, std::string_view name) const;
   // Whether the folder and those below it stay even when nothing is left in them.

@@ -85,7 +85,7 @@ class SelectionMeasuringVisitor : public TreeVisitor {
     if (!facts || facts->isMountRoot) return Verdict::goOn;
     if (facts->type == ItemType::folder)
       return selection_.enters(*facts, item.name) ? Verdict::enter : Verdict::goOn;
-    if (selection_.takes(*facts, item.name)) measure_ += {facts->bytes, 1};
+    if (selection_.takes(item, *facts)) measure_ += {facts->bytes, 1};
     return Verdict::goOn;
   }
   void entered(const ItemFacts&, std::size_t) override {}
@@ -115,14 +115,10 @@ FolderMeasure measureOpen(FileDescriptor folder) {
   return measureWithTwo(std::move(folder), first, second);
 }
 
-FileDescriptor openFollowing(const std::string& path) {
-  return FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-}
-
 }  // namespace
 
 FolderMeasure measureFolder(const std::string& path) {
-  return measureOpen(openFollowing(path));
+  return measureOpen(FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
 }
 
 FolderMeasure measureItem(int parent, const char* name) {
@@ -130,10 +126,6 @@ FolderMeasure measureItem(int parent, const char* name) {
   if (!facts || facts->isMountRoot) return {};
   if (facts->type != ItemType::folder) return {facts->bytes, 1};
   return measureOpen(FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)));
-}
-
-FolderMeasure measureContents(const std::string& path) {
-  return measureContents(openFollowing(path));
 }
 
 FolderMeasure measureContents(FileDescriptor folder) {
@@ -144,23 +136,22 @@ FolderMeasure measureContents(FileDescriptor folder) {
   return measure;
 }
 
-FolderMeasure measureMatches(const std::string& folder,
+FolderMeasure measureMatches(FileDescriptor folder,
                              const std::function<bool(std::string_view name)>& matches) {
   MatchMeasuringVisitor first(matches);
   MatchMeasuringVisitor second(matches);
-  return measureWithTwo(openFollowing(folder), first, second);
+  return measureWithTwo(std::move(folder), first, second);
 }
 
-FolderMeasure measureFileByFile(const std::string& folder, const FileSelection& selection) {
+FolderMeasure measureFileByFile(FileDescriptor folder, const FileSelection& selection) {
   SelectionMeasuringVisitor first(selection);
   SelectionMeasuringVisitor second(selection);
-  return measureWithTwo(openFollowing(folder), first, second);
+  return measureWithTwo(std::move(folder), first, second);
 }
 
-FolderMeasure measureEntries(const std::string& folderPath,
+FolderMeasure measureEntries(const FileDescriptor& folder,
                              const std::function<bool(std::string_view name)>& matches) {
   FolderMeasure sum;
-  const FileDescriptor folder = openFollowing(folderPath);
   if (!folder) return sum;
   FolderReader reader(FolderReader::Order::asStored);
   for (bool atEnd = false; !atEnd;) {

@@ -27,10 +27,10 @@ struct FolderMeasure {
 // own entry. What is mounted inside is left out. Zero for what is no folder or cannot be listed.
 FolderMeasure measureFolder(const std::string& path);
 
+// The operations below take an open folder and measure zero if nothing is open.
+
 // What emptying the folder would count: as measureFolder, but a folder directly inside counts what lies below
 // it without its own entry. The items are all entries at every depth.
-FolderMeasure measureContents(const std::string& path);
-// The same of an open folder; zero when nothing is open.
 FolderMeasure measureContents(FileDescriptor folder);
 
 // The folder or item of that name in an open folder: what lies below a folder, an item's own size.
@@ -38,15 +38,15 @@ FolderMeasure measureItem(int parent, const char* name);
 
 // The items at any depth below the folder whose names match, each as measureItem counts it plus one item for
 // itself; what lies below a match is not searched.
-FolderMeasure measureMatches(const std::string& folder,
+FolderMeasure measureMatches(FileDescriptor folder,
                              const std::function<bool(std::string_view name)>& matches);
 
 // The direct entries of the folder whose names match, each as measureItem counts it; the items are all
 // entries at every depth.
-FolderMeasure measureEntries(const std::string& folder,
+FolderMeasure measureEntries(const FileDescriptor& folder,
                              const std::function<bool(std::string_view name)>& matches);
 
 // The files below the folder that the selection takes, folders not counted.
-FolderMeasure measureFileByFile(const std::string& folder, const FileSelection& selection);
+FolderMeasure measureFileByFile(FileDescriptor folder, const FileSelection& selection);
 
 }  // namespace harbor

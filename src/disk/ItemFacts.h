@@ -22,6 +22,7 @@ struct ItemFacts {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
   std::uint32_t owner = 0;  // user id
+  std::int64_t born = 0;    // nanoseconds since 1970; 0 where the file system does not say
 
   bool isSameItemAs(const ItemFacts& other) const { return device == other.device && inode == other.inode; }
 };

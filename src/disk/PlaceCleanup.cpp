@@ -27,32 +27,36 @@ std::string quotedForShell(const std::string& text) {
   return quoted + "'";
 }
 
-FolderMeasure measureWholeItem(const std::string& path) {
-  const auto facts = factsOfItem(AT_FDCWD, path.c_str());
-  FolderMeasure measure = measureItem(AT_FDCWD, path.c_str());
+FolderMeasure measureWholeItem(const CleanupPlace& place, const FolderGate& gate) {
+  const FolderGate::Opened parent = gate.openParent(FolderWay(place));
+  if (!parent.folder) return {};
+  const std::string name = lastPathComponent(place.path);
+  const auto facts = factsOfItem(parent.folder.get(), name.c_str());
+  FolderMeasure measure = measureItem(parent.folder.get(), name.c_str());
   if (facts && !facts->isMountRoot && facts->type == ItemType::folder) ++measure.items;
   return measure;
 }
 
 }  // namespace
 
-FolderMeasure measurePlace(const CleanupPlace& place) {
+FolderMeasure measurePlace(const CleanupPlace& place, const FolderGate& gate) {
+  const auto folder = [&] { return gate.open(FolderWay(place)).folder; };
   switch (place.take) {
     case Take::item:
-      return measureWholeItem(place.path);
+      return measureWholeItem(place, gate);
     case Take::contents:
-      return measureContents(place.path);
+      return measureContents(folder());
     case Take::contentsInUse:
     case Take::filesByPattern:
     case Take::ownFilesByPattern:
-      return measureFileByFile(place.path, FileSelection(place));
+      return measureFileByFile(folder(), FileSelection(place));
     case Take::entriesByPattern:
-      return measureEntries(place.path, testOfPatterns(place));
+      return measureEntries(folder(), testOfPatterns(place));
     case Take::itemsByExtension:
       return measureMatches(
-          place.path, [&place](std::string_view name) { return hasOneOfExtensions(name, place.names); });
+          folder(), [&place](std::string_view name) { return hasOneOfExtensions(name, place.names); });
     case Take::trashedItems:
-      return measureTrash(place.path);
+      return measureTrash(folder());
     case Take::attributes:
     case Take::databaseRows:
     case Take::database:
@@ -65,64 +69,63 @@ FolderMeasure measurePlace(const CleanupPlace& place) {
 }
 
 std::optional<std::uint64_t> PlaceCleanup::clean(const CleanupPlace& place) {
+  const FolderWay way(place);
   switch (place.take) {
     case Take::item:
-      return removal_.removeItem(place.path).bytes;
+      return removal_.removeItem(way).bytes;
     case Take::contents:
-      return diskUtility_.emptyFolder(place.path);
+      return diskUtility_.emptyFolder(way);
     case Take::contentsInUse:
     case Take::filesByPattern:
     case Take::ownFilesByPattern:
-      return removal_.removeFileByFile(place.path, FileSelection(place)).bytes;
+      return removal_.removeFileByFile(way, FileSelection(place)).bytes;
     case Take::entriesByPattern:
-      return removal_.removeEntries(place.path, testOfPatterns(place)).bytes;
+      return removal_.removeEntries(way, testOfPatterns(place)).bytes;
     case Take::itemsByExtension:
-      return diskUtility_.deleteByExtension(place.path, place.names);
+      return diskUtility_.deleteByExtension(way, place.names);
     case Take::trashedItems:
-      return removal_.emptyTrash(place.path).bytes;
+      return removal_.emptyTrash(way).bytes;
     case Take::attributes:
-      removal_.eraseAttributes(place.path, place.names);
+      removal_.eraseAttributes(way, place.names);
       break;
     case Take::databaseRows:
       deleteRows(place);
       break;
     case Take::database:
-      removeDatabase(place.path);
+      removal_.removeDatabase(way);
       break;
     case Take::profile:
       break;
     case Take::settings:
-      edit(place.path,
+      edit(place,
            [&place](std::string_view text) { return std::optional(withoutSettings(text, place.names)); });
       break;
     case Take::recentFiles:
-      edit(place.path, [&place](std::string_view text) { return withoutRecentFiles(text, place.names); });
+      edit(place, [&place](std::string_view text) { return withoutRecentFiles(text, place.names); });
       break;
   }
   return 0;
 }
 
-void PlaceCleanup::removeDatabase(const std::string& path) {
-  removal_.removeItem(path);
-  // A database that stays without its journal would be a broken one.
-  if (factsOfItem(AT_FDCWD, path.c_str())) return;
-  for (const char* companion : {"-wal", "-shm", "-journal"})
-    removal_.removeItem(path + companion);
-}
-
-void PlaceCleanup::edit(const std::string& path, const TextEdit& textEdit) {
-  if (!removal_.refusalForText(path)) rewriteFile(path, textEdit);
+void PlaceCleanup::edit(const CleanupPlace& place, const TextEdit& textEdit) {
+  const FolderGate::Opened folder = removal_.gate().openParent(FolderWay(place));
+  if (folder.folder) rewriteFile(folder.folder.get(), lastPathComponent(place.path), textEdit);
 }
 
 void PlaceCleanup::deleteRows(const CleanupPlace& place) {
-  // A command on a database that is not there would make an empty one, and one that is a link would change
-  // what it leads to.
-  const auto facts = factsOfItem(AT_FDCWD, place.path.c_str());
-  if (removal_.refusalForText(place.path) || !facts || facts->type != ItemType::file) return;
+  const FolderGate::Opened folder = removal_.gate().openParent(FolderWay(place));
+  if (!folder.folder) return;
   const std::string name = lastPathComponent(place.path);
-  const std::string folder = place.path.substr(0, place.path.size() - name.size());
+  // A command on a database that is not there would make an empty one. What a crash has left beside it names
+  // further files, which the browser itself knows to trust.
+  const auto database = factsOfItem(folder.folder.get(), name.c_str());
+  const auto journal = factsOfItem(folder.folder.get(), (name + "-journal").c_str());
+  if (!database || database->type != ItemType::file || (journal && journal->bytes > 0)) return;
+  // The statements alone count: no function of the database's own triggers may open or write a file, and a
+  // link in the database's place is not followed.
   for (const std::string& statement : place.names)
-    shell_.run("sqlite3 " + quotedForShell("./" + name) + " " + quotedForShell(statement), folder);
+    shell_.run("sqlite3 -safe -nofollow " + quotedForShell("./" + name) + " " + quotedForShell(statement),
+               folder.folder);
 }
 
 }  // namespace harbor

@@ -16,7 +16,7 @@ namespace harbor {
 // What cleaning the place would remove; nothing is changed. Zero for what only a target of the privacy
 // cleanup, which counts no bytes, has among its places: attributes, databases, profiles and records inside of
 // files.
-FolderMeasure measurePlace(const CleanupPlace& place);
+FolderMeasure measurePlace(const CleanupPlace& place, const FolderGate& gate);
 
 class PlaceCleanup {
  public:
@@ -27,12 +27,9 @@ class PlaceCleanup {
   // work ended there. A profile is left to the target that knows what it holds.
   std::optional<std::uint64_t> clean(const CleanupPlace& place);
 
-  // Removes a database file and, once it is gone, what SQLite keeps beside it.
-  void removeDatabase(const std::string& path);
-
  private:
   void deleteRows(const CleanupPlace& place);
-  void edit(const std::string& path, const TextEdit& textEdit);
+  void edit(const CleanupPlace& place, const TextEdit& textEdit);
 
   TWDiskUtility& diskUtility_;
   FileRemoval& removal_;

@@ -36,8 +36,8 @@ void TWDiskUtility::deleteItem(const std::string& path) {
   removal_.removeItem(path);
 }
 
-std::optional<std::uint64_t> TWDiskUtility::emptyFolder(const std::string& path) {
-  return bytesUnlessFailed(removal_.emptyFolder(path));
+std::optional<std::uint64_t> TWDiskUtility::emptyFolder(const FolderWay& way) {
+  return bytesUnlessFailed(removal_.emptyFolder(way));
 }
 
 std::uint64_t TWDiskUtility::deleteByPrefix(const std::string& folder, std::string_view text) {
@@ -58,7 +58,7 @@ std::uint64_t TWDiskUtility::deleteByPartOfName(const std::string& folder, std::
       .bytes;
 }
 
-std::optional<std::uint64_t> TWDiskUtility::deleteByExtension(const std::string& folder,
+std::optional<std::uint64_t> TWDiskUtility::deleteByExtension(const FolderWay& folder,
                                                               const std::vector<std::string>& extensions) {
   return bytesUnlessFailed(removal_.removeMatches(
       folder, [&extensions](std::string_view name) { return hasOneOfExtensions(name, extensions); }));

@@ -41,7 +41,7 @@ class TWDiskUtility {
   // Removes all that a folder holds and keeps the folder. The bytes removed, each direct entry counted as the
   // two size operations do; 0 for a folder that cannot be read or may not be emptied. Nothing when a removal
   // failed: the work ended there.
-  std::optional<std::uint64_t> emptyFolder(const std::string& path);
+  std::optional<std::uint64_t> emptyFolder(const FolderWay& way);
 
   // Removes the direct entries of a folder whose names begin with the text, or contain it, whatever the case.
   // The bytes of all matches; 0 when the folder cannot be listed.
@@ -50,7 +50,7 @@ class TWDiskUtility {
 
   // Removes the items at any depth below a folder whose path extension is one of the given ones; counts and
   // fails as emptyFolder does.
-  std::optional<std::uint64_t> deleteByExtension(const std::string& folder,
+  std::optional<std::uint64_t> deleteByExtension(const FolderWay& folder,
                                                  const std::vector<std::string>& extensions);
 
   // The bundle identifier of the installed application of that name; nothing when it is not found or states

@@ -45,9 +45,10 @@ const std::vector<CleanupCategoryTexts>& cleanupCategories() {
 
 FolderMeasure measureCategory(CleanupCategory category, const std::string& home,
                               const ExternalVolumes& volumes, const CleanupPlaces& places) {
+  const FolderGate gate([&home] { return home; }, [&places] { return places.sandboxFolders(); });
   FolderMeasure sum;
   for (const CleanupPlace& place : planOfCategory(category, home, volumes, places))
-    sum += measurePlace(place);
+    sum += measurePlace(place, gate);
   return sum;
 }
 

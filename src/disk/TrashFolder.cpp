@@ -41,8 +41,7 @@ std::map<std::string, std::string> recordsOfTrash(int trash) {
   return records;
 }
 
-FolderMeasure measureTrash(const std::string& path) {
-  const FileDescriptor trash(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+FolderMeasure measureTrash(const FileDescriptor& trash) {
   if (!trash) return {};
   FileDescriptor items = openPartOfTrash(trash.get(), kTrashedItems);
   // Records of items that nobody can get at stay, as the items do.

@@ -23,6 +23,7 @@ FileDescriptor openPartOfTrash(int trash, const char* name);
 std::map<std::string, std::string> recordsOfTrash(int trash);
 
 // What emptying the trash would count: its items as entries of a folder that is emptied, and its own files.
-FolderMeasure measureTrash(const std::string& path);
+// Zero if nothing is open.
+FolderMeasure measureTrash(const FileDescriptor& trash);
 
 }  // namespace harbor

@@ -221,7 +221,8 @@ class Walker {
       }
       return;
     }
-    if (facts->isMountRoot || facts->device != level.facts.device || visitor_.keeps(*facts)) {
+    if (facts->isMountRoot || facts->device != level.facts.device ||
+        visitor_.keeps({parent, name, ItemType::folder, depthOfEntries()}, *facts)) {
       level.holdsMountPoint = true;
       return;
     }
@@ -273,7 +274,7 @@ class Walker {
     }
     Level& level = levels_.back();
     const int parent = isTop ? -1 : levels_[levels_.size() - 2].descriptor.get();
-    switch (visitor_.left({parent, level.name.c_str(), depthOfEntries() - 1, level.facts.bytes,
+    switch (visitor_.left({parent, level.name.c_str(), depthOfEntries() - 1, level.facts,
                            level.holdsMountPoint, level.passes})) {
       case TreeVisitor::Leaving::done: {
         const bool holdsMountPoint = level.holdsMountPoint;

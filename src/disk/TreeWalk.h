@@ -37,7 +37,7 @@ class TreeVisitor {
     int parent = -1;  // negative for the folder that is walked itself
     const char* name = nullptr;
     std::size_t depth = 0;
-    std::uint64_t bytes = 0;       // the folder's own size when it was entered
+    ItemFacts facts;               // the folder's own, as it was entered
     bool holdsMountPoint = false;  // at any depth
     int passes = 1;                // how often its entries have been read
   };
@@ -45,8 +45,9 @@ class TreeVisitor {
   virtual ~TreeVisitor() = default;
 
   virtual Verdict found(const Found& item) = 0;
-  // Whether an opened folder stays with all that it holds, as if something were mounted on it.
-  virtual bool keeps(const ItemFacts&) const { return false; }
+  // Whether an opened folder stays with all that it holds, as if something were mounted on it. `item` is what
+  // was found there; these are the facts of what was opened.
+  virtual bool keeps(const Found&, const ItemFacts&) const { return false; }
   // A folder has been opened and its contents follow.
   virtual void entered(const ItemFacts& folder, std::size_t depth) = 0;
   // An item that was to be entered could not be opened as a folder. `enter` means the same as `goOn` here.

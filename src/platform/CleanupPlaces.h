@@ -63,7 +63,7 @@ struct CleanupPlace {
     // A trash of the freedesktop rules: the items in "files", the record of each in "info" once its item is
     // gone, and the sizes that are kept of them.
     trashedItems,
-    // The extended attributes called `names` of the file, or of the folder and all below it; the files stay.
+    // The extended attributes called `names` of the folder and of all below it; the files stay.
     attributes,
     // What the SQL statements in `names` delete, run one after the other by "sqlite3" on this database. A
     // path that is no regular file is passed over.

@@ -21,12 +21,10 @@ struct TWProtectPrivacy::Step {
 namespace {
 
 constexpr const char* kEmptyClipboard = "pbcopy < /dev/null";
-constexpr const char* kForgetVisits = "sqlite3 places.sqlite 'DELETE FROM moz_historyvisits;'";
 // What bookmarks refer to stays.
-constexpr const char* kForgetPlaces =
-    "sqlite3 places.sqlite 'DELETE FROM moz_places WHERE id NOT IN (SELECT DISTINCT fk FROM moz_bookmarks "
-    "WHERE "
-    "fk IS NOT NULL);'";
+constexpr std::array<const char*, 2> kForgetPlaces{
+    "DELETE FROM moz_historyvisits;",
+    "DELETE FROM moz_places WHERE id NOT IN (SELECT DISTINCT fk FROM moz_bookmarks WHERE fk IS NOT NULL);"};
 constexpr const char* kForgetDownloads =
     "sqlite3 com.apple.LaunchServices.QuarantineEventsV* 'delete from LSQuarantineEvent'";
 constexpr const char* kQuarantineDatabases = "com.apple.LaunchServices.QuarantineEventsV";
@@ -87,7 +85,7 @@ void TWProtectPrivacy::run(const char* target, const Steps& steps) {
 void TWProtectPrivacy::cleanPlaces(PrivacyTarget target) {
   for (const CleanupPlace& place : places_.placesOfTarget(target)) {
     if (place.take == CleanupPlace::Take::profile) {
-      clearProfile(target, place.path);
+      clearProfile(target, place);
     } else {
       cleanup_.clean(place);
     }
@@ -171,20 +169,28 @@ void TWProtectPrivacy::clearFirefox() {
 }
 
 void TWProtectPrivacy::forgetPlaces(const std::string& profile) {
-  for (const char* command : {kForgetVisits, kForgetPlaces}) {
-    if (isDatabase(profile + "/places.sqlite")) shell_.run(command, profile);
+  for (const char* const statement : kForgetPlaces) {
+    if (isDatabase(profile + "/places.sqlite"))
+      shell_.run("sqlite3 places.sqlite '" + std::string(statement) + "'", profile);
   }
 }
 
-void TWProtectPrivacy::clearProfile(PrivacyTarget target, const std::string& profile) {
+void TWProtectPrivacy::clearProfile(PrivacyTarget target, const CleanupPlace& profile) {
+  const auto clean = [&](std::string_view item, CleanupPlace::Take take, std::vector<std::string> names) {
+    CleanupPlace place = profile;
+    place.path += item;
+    place.take = take;
+    place.names = std::move(names);
+    cleanup_.clean(place);
+  };
   const auto remove = [&](const auto& items) {
     for (const std::string_view item : items) {
       // A journal goes with its database, and stays with one that cannot be removed.
-      if (!item.ends_with("-journal")) cleanup_.removeDatabase(profile + std::string(item));
+      if (!item.ends_with("-journal")) clean(item, CleanupPlace::Take::database, {});
     }
   };
   if (target == PrivacyTarget::firefox) {
-    forgetPlaces(profile);
+    clean("/places.sqlite", CleanupPlace::Take::databaseRows, {kForgetPlaces.begin(), kForgetPlaces.end()});
     remove(kFirefoxProfileItems);
   } else if (target == PrivacyTarget::googleChrome) {
     remove(kChromeProfileItems);

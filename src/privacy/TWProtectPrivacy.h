@@ -44,7 +44,7 @@ class TWProtectPrivacy {
   // What remembers the visits and is more than a file to be removed.
   void forgetPlaces(const std::string& profile);
   // The folder of a profile wherever the platform found it.
-  void clearProfile(PrivacyTarget target, const std::string& profile);
+  void clearProfile(PrivacyTarget target, const CleanupPlace& profile);
 
   TWDiskUtility& diskUtility_;
   PlaceCleanup& cleanup_;

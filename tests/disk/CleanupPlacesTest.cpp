@@ -27,7 +27,7 @@ struct CleanupPlacesOfThePlatform : testing::Test {
   MemoryPlatform platform;
   CleanupStatus status;
   HomeFolder homeFolder = [this] { return home; };
-  FileRemoval removal{homeFolder, status};
+  FileRemoval removal{homeFolder, status, [this] { return platform.cleanupPlaces.sandboxes; }};
   TWDiskUtility utility{removal,
                         platform.text,
                         platform.workspace,
@@ -55,7 +55,7 @@ struct CleanupPlacesOfThePlatform : testing::Test {
     for (const std::string& name : names)
       removed.insert("home/ada/" + name);
     const auto before = snapshotOf(root.path());
-    const FolderMeasure measure = measurePlace(place);
+    const FolderMeasure measure = measurePlace(place, removal.gate());
     expectOnlyRemoved(before, snapshotOf(root.path()), {});
     status.restart();
     EXPECT_EQ(cleanup.clean(place), bytes);
@@ -140,8 +140,8 @@ TEST_F(CleanupPlacesOfThePlatform, AFolderInUseIsEmptiedFileByFile) {
   file("cache/app/deep/a", 1);
   file("cache/app/deep/index", 2);
   file("cache/b", 4);
-  fs::create_symlink(home, home + "/cache/link");
-  const auto link = static_cast<std::uint64_t>(home.size());
+  fs::create_symlink("b", home + "/cache/link");
+  const std::uint64_t link = 1;
   file("cache/locked/LOCK");
   file("cache/locked/data", 8);
   file("cache/open/data");
@@ -159,6 +159,33 @@ TEST_F(CleanupPlacesOfThePlatform, AFolderInUseIsEmptiedFileByFile) {
   expectTaken(caches, 63 + link,
               {"cache/app", "cache/b", "cache/link", "cache/locked/data", "cache/open/other",
                "cache/running/deep/er/x", "cache/empty"});
+}
+
+TEST_F(CleanupPlacesOfThePlatform, ALinkOutOfAFolderInUseStaysAndOneInsideItGoes) {
+  file("outside/model", 1000);
+  file("cache/app/deep/data", 10);
+  const auto link = [this](const std::string& name, const std::string& target) {
+    root.makeFolder("home/ada/cache/" + fs::path(name).parent_path().string());
+    fs::create_symlink(target, home + "/cache/" + name);
+  };
+  // These are all that leads to a cache that the user has put elsewhere, mounted at this moment or not.
+  link("models", "../outside");
+  link("unmounted", "/no/such/disk");
+  link("absolute", home + "/cache/app");
+  link("app/deep/out", "../../../outside/model");
+  link("app/deep/dangling out", "../../../none");
+  link("app/deep/over", "../../models/model");  // inside by its text, outside by where it leads
+  link("top", "../cache/app");
+  // These go with what they lead to.
+  link("app/inside", "deep/data");
+  link("app/deep/up", "../../app");
+  link("app/deep/dangling", "../none/../data");
+  link("app/chain", "inside");
+  link("app/self", "self");
+  const std::uint64_t links = 9 + 9 + 15 + 6;
+  expectTaken(place("cache", Take::contentsInUse), 10 + links,
+              {"cache/app/inside", "cache/app/deep/up", "cache/app/deep/dangling", "cache/app/chain",
+               "cache/app/deep/data"});
 }
 
 TEST_F(CleanupPlacesOfThePlatform, AHeldFolderKeepsItsFoldersAndTheNextOneDoesNot) {
@@ -244,7 +271,7 @@ TEST_F(CleanupPlacesOfThePlatform, AttributesGoAndTheFilesStay) {
 }
 
 TEST_F(CleanupPlacesOfThePlatform, ADatabaseIsToldEachStatement) {
-  root.makeFile("bin/sqlite3", "#!/bin/sh\necho \"$PWD|$1|$2\" >> '" + root.path("told") + "'\n");
+  root.makeFile("bin/sqlite3", "#!/bin/sh\necho \"$PWD|$1 $2|$3|$4\" >> '" + root.path("told") + "'\n");
   ::chmod(root.path("bin/sqlite3").c_str(), 0755);
   file("profile/it's.sqlite");
   fs::create_symlink(home + "/profile/it's.sqlite", home + "/profile/link.sqlite");
@@ -253,8 +280,8 @@ TEST_F(CleanupPlacesOfThePlatform, ADatabaseIsToldEachStatement) {
     EXPECT_EQ(cleanup.clean(place(name, Take::databaseRows, statements)), 0u);
   std::ifstream told(root.path("told"));
   const std::string text{std::istreambuf_iterator<char>(told), {}};
-  EXPECT_EQ(text, home + "/profile|./it's.sqlite|DELETE FROM a;\n" + home +
-                      "/profile|./it's.sqlite|DELETE FROM b WHERE c = 'd';\n");
+  EXPECT_EQ(text, home + "/profile|-safe -nofollow|./it's.sqlite|DELETE FROM a;\n" + home +
+                      "/profile|-safe -nofollow|./it's.sqlite|DELETE FROM b WHERE c = 'd';\n");
 }
 
 TEST_F(CleanupPlacesOfThePlatform, AreCleanedAfterTheCategorysOwnFolders) {

@@ -52,7 +52,7 @@ TEST_F(FileRemovalTest, RefusesAPathWithAZeroByte) {
 
 TEST_F(FileRemovalTest, RefusesTheRootAndItsDirectChildren) {
   for (const char* path : {"/", "//", "/.", "/./", "/usr", "/usr/", "//usr//.", "/no-such-folder"})
-    EXPECT_EQ(removal.refusalForText(path), RemovalRefusal::rootOrDirectChild) << path;
+    EXPECT_EQ(removal.gate().refusalForText(path), RemovalRefusal::rootOrDirectChild) << path;
   // The real operations are tried on folders from which nothing can be removed.
   EXPECT_EQ(refusal("/proc"), RemovalRefusal::rootOrDirectChild);
   EXPECT_EQ(refusal("//sys/."), RemovalRefusal::rootOrDirectChild);

@@ -244,6 +244,20 @@ TEST_F(FreeDiskSpace, TheTrashOfEveryVolumeIsTheFirstUsers) {
   EXPECT_EQ(platform.openPanel.shown.size(), 2u);
 }
 
+TEST_F(FreeDiskSpace, AVolumesTrashThatLeadsToAnotherDiskIsLeftAlone) {
+  root.makeFile("media/Other/backup", std::string(1500, 'x'));
+  fs::create_directories(volume + "/.Trashes");
+  fs::create_directory_symlink("../../Other", volume + "/.Trashes/501");
+  fileManager.volumes = {{{volume, true}}};
+  grantAll();
+  const auto before = snapshotOf(root.path());
+  EXPECT_EQ(measureCategory(CleanupCategory::trashCan, home, {{volume, true}}, platform.cleanupPlaces).items,
+            0u);
+  run("Trash Can");
+  expectOnlyRemoved(before, snapshotOf(root.path()), {});
+  EXPECT_EQ(titles(), (std::vector<std::string>{"Confirm Cleanup", "No data found to delete!"}));
+}
+
 TEST_F(FreeDiskSpace, AVolumeIsAskedForWhereAPlaceOfThePlatformLiesOnIt) {
   root.makeFile("media/Backup/.Trash-7/files/item", std::string(1500, 'x'));
   fileManager.volumes = {{{volume, true}}};

@@ -24,6 +24,7 @@
 
 #include "disk/FileRemoval.h"
 #include "disk/FolderMeasure.h"
+#include "support/Companion.h"
 #include "support/TemporaryFolder.h"
 #include "support/TreeSnapshot.h"
 
@@ -95,37 +96,6 @@ struct HostileFolders : testing::Test {
       body();
     });
   }
-};
-
-// A second process that goes on acting until it is told to stop.
-class Companion {
- public:
-  explicit Companion(const std::function<void(std::atomic<long>& count)>& step) {
-    void* memory = ::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    shared_ = new (memory) Shared;
-    process_ = ::fork();
-    if (process_ == 0) {
-      while (!shared_->stop)
-        step(shared_->count);
-      ::_exit(0);
-    }
-  }
-  Companion(const Companion&) = delete;
-  Companion& operator=(const Companion&) = delete;
-  ~Companion() {
-    shared_->stop = true;
-    ::waitpid(process_, nullptr, 0);
-    ::munmap(shared_, sizeof(Shared));
-  }
-  long count() const { return shared_->count; }
-
- private:
-  struct Shared {
-    std::atomic<bool> stop = false;
-    std::atomic<long> count = 0;
-  };
-  Shared* shared_ = nullptr;
-  pid_t process_ = -1;
 };
 
 TEST_F(HostileFolders, ALinkSwappedForAFolderTenThousandTimesNeverLeadsOutside) {

@@ -1,11 +1,13 @@
 #include "disk/RecordEditing.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
 
+#include "base/FileDescriptor.h"
 #include "disk/FileRewriting.h"
 #include "support/TemporaryFolder.h"
 #include "support/TreeSnapshot.h"
@@ -84,13 +86,18 @@ struct FileRewriting : testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
+  bool rewrite(const std::string& name, const TextEdit& edit) const {
+    const FileDescriptor opened(::open(folder.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    return rewriteFile(opened.get(), name, edit);
+  }
+
   TemporaryFolder folder;
 };
 
 TEST_F(FileRewriting, ReplacesTheContentsAndKeepsTheMode) {
   const std::string path = folder.makeFile("a", "old");
   ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
-  EXPECT_TRUE(rewriteFile(path, [](std::string_view text) {
+  EXPECT_TRUE(rewrite("a", [](std::string_view text) {
     EXPECT_EQ(text, "old");
     return std::optional<std::string>("new");
   }));
@@ -100,10 +107,10 @@ TEST_F(FileRewriting, ReplacesTheContentsAndKeepsTheMode) {
 }
 
 TEST_F(FileRewriting, DoesNotTouchAFileThatStaysAsItIs) {
-  const std::string path = folder.makeFile("a", "old");
+  folder.makeFile("a", "old");
   const auto before = snapshotOf(folder.path());
-  EXPECT_TRUE(rewriteFile(path, [](std::string_view text) { return std::optional<std::string>(text); }));
-  EXPECT_FALSE(rewriteFile(path, [](std::string_view) { return std::optional<std::string>(); }));
+  EXPECT_TRUE(rewrite("a", [](std::string_view text) { return std::optional<std::string>(text); }));
+  EXPECT_FALSE(rewrite("a", [](std::string_view) { return std::optional<std::string>(); }));
   EXPECT_EQ(snapshotOf(folder.path()), before);
 }
 
@@ -116,13 +123,13 @@ TEST_F(FileRewriting, LeavesAloneWhatIsNoPlainFileOfItsOwn) {
   ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
   const auto before = snapshotOf(folder.path());
   for (const char* name : {"link", "twice", "folder", "pipe", "missing"})
-    EXPECT_FALSE(rewriteFile(folder.path(name), toNew)) << name;
+    EXPECT_FALSE(rewrite(name, toNew)) << name;
   EXPECT_EQ(snapshotOf(folder.path()), before);
 }
 
 TEST_F(FileRewriting, LeavesAFileThatSomebodyElseWroteInBetween) {
-  const std::string path = folder.makeFile("a", "old");
-  EXPECT_FALSE(rewriteFile(path, [&](std::string_view) {
+  folder.makeFile("a", "old");
+  EXPECT_FALSE(rewrite("a", [&](std::string_view) {
     folder.makeFile("a", "somebody else's");
     return std::optional<std::string>("new");
   }));

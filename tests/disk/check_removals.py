@@ -8,9 +8,13 @@ import sys
 # Each place, and what it may call.
 ALLOWED = {
     "disk/FileRemoval.cpp": {"unlinkat"},  # the gate
+    "disk/linux/RenameIfFree.cpp": {"renameat2"},
+    "disk/macos/RenameIfFree.cpp": {"renameatx_np"},
     "disk/FileByFileRemoval.cpp": {"unlinkat"},  # the visitor that the gate sends through folders in use
+    # The gate's removal of an entry that still has to be the one that was listed.
+    "disk/FolderListing.cpp": {"unlinkat"},
     # The atomic replacement of a file whose records are taken out, and its own temporary file.
-    "disk/FileRewriting.cpp": {"unlink", "rename"},
+    "disk/FileRewriting.cpp": {"unlinkat", "renameat"},
     # The settings' own temporary file and its atomic replacement.
     "platform/linux/DurableFile.cpp": {"unlink", "rename", "renameat2"},
     # An item goes to the trash whole, or not at all.
@@ -20,7 +24,7 @@ ALLOWED = {
 }
 CALL = re.compile(
     r"(?:(?<![\w.>])(?:::|std::)?|fs::|filesystem::|QFile::|QDir::)"
-    r"(unlink|unlinkat|rmdir|rename|renameat2?|remove_all|moveToTrash|removeRecursively)\s*\("
+    r"(unlink|unlinkat|rmdir|rename|renameat2?|renameatx_np|remove_all|moveToTrash|removeRecursively)\s*\("
     r"|(?:std::|filesystem::|fs::|(?<![\w:.>])::|QFile::|QDir::)(remove)\s*\("
 )
 

@@ -488,7 +488,7 @@ TEST_F(ProtectPrivacy, WithoutAHomeFolderNothingIsTouched) {
   platform.openPanel.answers = {FileUrl{"", true}};
   run("Safari");
   EXPECT_EQ(titles(), (std::vector<std::string>{"Confirm Cleanup", "Cleanup successful"}));
-  EXPECT_EQ(removal.emptyFolder("/Library/SafariSafeBrowsing").refusal, RemovalRefusal::noHomeFolder);
+  EXPECT_EQ(removal.emptyFolder(std::string("/Library/SafariSafeBrowsing")).refusal, RemovalRefusal::noHomeFolder);
 }
 
 TEST_F(ProtectPrivacy, EachTargetTakesThePlacesOfThePlatformToo) {

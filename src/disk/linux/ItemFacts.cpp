@@ -14,8 +14,8 @@ ItemType typeOf(std::uint32_t mode) {
 
 std::optional<ItemFacts> query(int folder, const char* name, int flags) {
   struct statx answer {};
-  if (::statx(folder, name, flags | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_SIZE | STATX_INO | STATX_UID,
-              &answer) != 0)
+  if (::statx(folder, name, flags | AT_NO_AUTOMOUNT,
+              STATX_TYPE | STATX_SIZE | STATX_INO | STATX_UID | STATX_BTIME, &answer) != 0)
     return std::nullopt;
   ItemFacts facts;
   facts.type = typeOf(answer.stx_mode);
@@ -24,6 +24,8 @@ std::optional<ItemFacts> query(int folder, const char* name, int flags) {
   facts.device = (std::uint64_t{answer.stx_dev_major} << 32) | answer.stx_dev_minor;
   facts.inode = answer.stx_ino;
   facts.owner = answer.stx_uid;
+  if ((answer.stx_mask & STATX_BTIME) != 0)
+    facts.born = std::int64_t{answer.stx_btime.tv_sec} * 1'000'000'000 + answer.stx_btime.tv_nsec;
   return facts;
 }
 

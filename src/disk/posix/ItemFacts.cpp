@@ -22,6 +22,9 @@ ItemFacts factsFrom(const struct stat& status) {
   facts.device = static_cast<std::uint64_t>(status.st_dev);
   facts.inode = static_cast<std::uint64_t>(status.st_ino);
   facts.owner = static_cast<std::uint32_t>(status.st_uid);
+#ifdef __APPLE__
+  facts.born = std::int64_t{status.st_birthtimespec.tv_sec} * 1'000'000'000 + status.st_birthtimespec.tv_nsec;
+#endif
   return facts;
 }
 

@@ -290,6 +290,7 @@ std::vector<CleanupPlace> volumeTrashes(const std::vector<std::string>& volumes,
     const std::string own = volume + "/.Trash-" + user;
     CleanupPlace place;
     place.take = Take::trashedItems;
+    place.volume = volume;
     if (isStickyFolder(shared) && isOwnFolder(shared + "/" + user)) {
       place.path = shared + "/" + user;
       place.reason = kVolumeTrashTexts[0].reason;

@@ -103,12 +103,17 @@ TWShellUtility::Result TWShellUtility::run(const std::string& commandLine) const
 TWShellUtility::Result TWShellUtility::run(const std::string& commandLine,
                                            const std::string& workingFolder) const {
   // Opened here and entered by the descriptor, so that what is missing is known before anything is started.
-  const FileDescriptor folder(workingFolder.starts_with('/')
-                                  ? ::open(workingFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)
-                                  : -1);
-  if (!folder || ::faccessat(folder.get(), ".", X_OK, AT_EACCESS) != 0)
+  return run(commandLine,
+             FileDescriptor(workingFolder.starts_with('/')
+                                ? ::open(workingFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)
+                                : -1));
+}
+
+TWShellUtility::Result TWShellUtility::run(const std::string& commandLine,
+                                           const FileDescriptor& workingFolder) const {
+  if (!workingFolder || ::faccessat(workingFolder.get(), ".", X_OK, AT_EACCESS) != 0)
     return {std::nullopt, Failure::noWorkingFolder};
-  return runIn(folder.get(), commandLine);
+  return runIn(workingFolder.get(), commandLine);
 }
 
 TWShellUtility::Result TWShellUtility::runIn(int folder, const std::string& commandLine) const {

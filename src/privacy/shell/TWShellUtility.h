@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "base/FileDescriptor.h"
+
 namespace harbor {
 
 class TWShellUtility {
@@ -30,6 +32,8 @@ class TWShellUtility {
   // standard output has closed it.
   Result run(const std::string& commandLine, const std::string& workingFolder) const;
   Result run(const std::string& commandLine) const;
+  // The same in a working folder that is open.
+  Result run(const std::string& commandLine, const FileDescriptor& workingFolder) const;
 
  private:
   Result runIn(int folder, const std::string& commandLine) const;
