@@ -52,7 +52,7 @@ struct Arrivals : testing::TestWithParam<Take> {
 };
 
 TEST_P(Arrivals, WhatIsSavedWhileTheFolderIsEmptiedStays) {
-  constexpr int kOld = 5000;
+  constexpr int kOld = 1500;
   constexpr long kFewestSaves = 20;
   long kept = 0;
   long saved = 0;
@@ -69,7 +69,7 @@ TEST_P(Arrivals, WhatIsSavedWhileTheFolderIsEmptiedStays) {
             ::open((name + ".part").c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
         ::mkdir((name + " folder.part").c_str(), 0700);
         ++count;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
       });
       while (saver.count() < 3) {
       }
@@ -169,7 +169,7 @@ TEST_F(Listing, ARaceForANameNeverCostsAnotherVersion) {
       }
       ++count;
     });
-    for (long round = 0; round < rounds() * 5;) {
+    for (long round = 0; round < rounds() * 2;) {
       const FileDescriptor seen(::openat(folder.get(), "file", O_RDONLY | O_CLOEXEC));
       char text[24] = {};
       if (!seen || ::read(seen.get(), text, sizeof text - 1) <= 0) continue;

@@ -191,13 +191,17 @@ TEST_F(Gate, ASwapOfTheTopFolderNeverLeadsToTheDocuments) {
       if (::renameat2(AT_FDCWD, cache.c_str(), AT_FDCWD, link.c_str(), RENAME_EXCHANGE) == 0) ++count;
     });
     for (long round = 0; round < rounds() || swapper.count() < rounds(); ++round) {
-      root.makeFile("homes/ada/sandboxes/viewer/stage", "page");
       // Into whichever of the two is the folder at this moment, never through the link.
       const FileDescriptor real(::open(cache.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
       if (real) {
         const FileDescriptor page(
             ::openat(real.get(), "page.part", O_CREAT | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600));
         ::mkdirat(real.get(), "many", 0700);
+        // Often enough for two threads.
+        for (int number = 0; round % 4 == 0 && number < 300; ++number) {
+          const FileDescriptor each(::openat(real.get(), (std::to_string(number) + ".part").c_str(),
+                                             O_CREAT | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600));
+        }
       }
       const Take take = kTakesOfFolders[static_cast<std::size_t>(round) % std::size(kTakesOfFolders)];
       const auto before = status.snapshot().items;

@@ -98,20 +98,24 @@ struct HostileFolders : testing::Test {
   }
 };
 
+// Enough sub-folders and files that a second thread takes its share of them.
 TEST_F(HostileFolders, ALinkSwappedForAFolderTenThousandTimesNeverLeadsOutside) {
   constexpr long kSwaps = 10'000;
+  constexpr int kTops = 24;
   constexpr std::uint64_t kOutsideFile = 1'000'000;
   file("outside/deep/precious", kOutsideFile);
   file("outside/precious", kOutsideFile);
   root.makeFolder("homes/ada/stage");
-  root.makeFolder("homes/ada/f/top");
+  root.makeFolder("homes/ada/f");
   const auto outside = snapshotOf(home + "/outside");
 
-  const std::string inside = home + "/f/top/swap";
+  const auto insideOf = [&](long top) { return home + "/f/top" + std::to_string(top % kTops) + "/swap"; };
   const std::string staged = home + "/stage/link";
+  long turn = 0;
   Companion swapper([&](std::atomic<long>& count) {
-    // Whatever of the scene has been removed meanwhile is put back.
-    ::mkdir((home + "/f/top").c_str(), 0700);
+    const std::string inside = insideOf(++turn);
+    // What has been removed meanwhile is put back.
+    ::mkdir(inside.substr(0, inside.rfind('/')).c_str(), 0700);
     ::mkdir(inside.c_str(), 0700);
     for (const char* name : {"/deep", "/other"})
       ::mkdir((inside + name).c_str(), 0700);
@@ -125,11 +129,15 @@ TEST_F(HostileFolders, ALinkSwappedForAFolderTenThousandTimesNeverLeadsOutside) 
   });
   std::uint64_t removedItems = 0;
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (swapper.count() < kSwaps && std::chrono::steady_clock::now() < end) {
+  for (long round = 0; swapper.count() < kSwaps && std::chrono::steady_clock::now() < end; ++round) {
+    for (int number = 0; number < 300; ++number) {
+      const std::string name = home + "/f/" + std::to_string(number);
+      const FileDescriptor made(::open(name.c_str(), O_CREAT | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600));
+    }
     // Small files and folder entries only; one step outside would show.
     EXPECT_LT(measureFolder(home + "/f").bytes, kOutsideFile);
     removedItems += removal.emptyFolder(home + "/f").items;
-    removedItems += removal.removeItem(inside).items;
+    removedItems += removal.removeItem(insideOf(round)).items;
   }
   EXPECT_GE(swapper.count(), kSwaps);
   EXPECT_GT(removedItems, 0u);
