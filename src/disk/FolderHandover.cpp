@@ -19,9 +19,9 @@ void FolderHandover::removeWorker() {
 bool FolderHandover::offer(FileDescriptor& folder, const ItemFacts& facts, std::size_t depth) {
   if (!wanted_.load(std::memory_order_relaxed)) return false;
   const std::lock_guard lock(mutex_);
-  if (waiting_.size() >= kWaitingFolders || workers_ == 1) return false;
+  if (waiting_.size() >= mostWaiting_ || workers_ == 1) return false;
   waiting_.push_back({std::move(folder), facts, depth});
-  wanted_ = waiting_.size() < kWaitingFolders;
+  wanted_ = waiting_.size() < mostWaiting_;
   if (idle_ > 0) changed_.notify_one();
   return true;
 }

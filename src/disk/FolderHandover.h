@@ -22,6 +22,10 @@ class FolderHandover {
     std::size_t depth = 0;
   };
 
+  static constexpr std::size_t kMostWaiting = 32;
+
+  explicit FolderHandover(std::size_t mostWaiting) : mostWaiting_(mostWaiting) {}
+
   // Called before a thread that will call next() is started; taken back when it could not be.
   void addWorker();
   void removeWorker();
@@ -34,8 +38,7 @@ class FolderHandover {
   std::optional<Work> next();
 
  private:
-  static constexpr std::size_t kWaitingFolders = 32;
-
+  const std::size_t mostWaiting_;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Work> waiting_;

@@ -1,6 +1,7 @@
 #include "disk/TreeWalk.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -23,6 +24,13 @@ namespace {
 
 // A level further up than this is closed and found again by its child's "..".
 constexpr std::size_t kOpenLevels = 16;
+// The same, and how many folders wait for another thread, where descriptors are scarce.
+constexpr std::size_t kFewOpenLevels = 1;
+constexpr std::size_t kFewWaitingFolders = 1;
+// More descriptors than all threads of a walk, and of the walks that its visitors start, hold open.
+constexpr rlim_t kPlentyOfDescriptors = 256;
+// With fewer a second thread would take what the first needs.
+constexpr rlim_t kDescriptorsForAThread = 16;
 // Deep down the names that wait at each level have to be few.
 constexpr std::size_t kDepthOfLargeBatches = 32;
 constexpr std::size_t kSmallBatch = 4096;
@@ -36,6 +44,18 @@ FileDescriptor openFolder(int parent, const char* name) {
   return FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
 }
 
+bool isForLackOfDescriptors(int error) {
+  return error == EMFILE || error == ENFILE;
+}
+
+// Whether so many more descriptors can be opened, as far as the one that was opened last shows: its number
+// was the lowest free one.
+bool isRoomFor(rlim_t descriptors, const FileDescriptor& last) {
+  rlimit limit{};
+  return ::getrlimit(RLIMIT_NOFILE, &limit) != 0 ||
+         limit.rlim_cur >= static_cast<rlim_t>(last.get()) + descriptors;
+}
+
 struct Level {
   FileDescriptor descriptor;  // empty while the level is closed
   ItemFacts facts;
@@ -43,7 +63,7 @@ struct Level {
   std::string pending;                  // the folders still to be entered, each name ended by a zero byte
   std::size_t next = 0;                 // where the next one starts
   std::unique_ptr<SharedItems> shared;  // the folders still to be entered instead, while another thread helps
-  off_t position = 0;                   // where reading goes on when a closed level is opened again
+  off_t position = 0;                   // where reading goes on once a closed level is open again
   int passes = 1;
   bool isRead = false;
   bool holdsMountPoint = false;
@@ -64,14 +84,12 @@ class Walker {
   void accept(WalkHelp& help) { help_ = &help; }
 
   void walk(FileDescriptor folder, const ItemFacts& facts, std::size_t depth) {
-    base_ = depth;
-    push(std::move(folder), facts, {});
+    begin(std::move(folder), facts, depth);
     run();
   }
 
   void walkOnly(FileDescriptor parent, const ItemFacts& facts, const char* name) {
-    base_ = 0;
-    push(std::move(parent), facts, {});
+    begin(std::move(parent), facts, 0);
     levels_.back().isRead = true;
     visit({levels_.back().descriptor.get(), name, ItemType::unknown, 1});
     run();
@@ -79,8 +97,7 @@ class Walker {
 
   // Takes items off another walker as long as there are any.
   void walkShared(SharedItems& items) {
-    base_ = items.depth() - 1;
-    push(items.takeFolder(), items.facts(), {});
+    begin(items.takeFolder(), items.facts(), items.depth() - 1);
     while (const FolderEntry* const entry = isStopped() ? nullptr : items.takeLast()) {
       if (items.areFoldersToEnter()) {
         enter(entry->name);
@@ -95,6 +112,12 @@ class Walker {
   }
 
  private:
+  void begin(FileDescriptor folder, const ItemFacts& facts, std::size_t depth) {
+    base_ = depth;
+    openLevels_ = isRoomFor(kPlentyOfDescriptors, folder) ? kOpenLevels : kFewOpenLevels;
+    push(std::move(folder), facts, {});
+  }
+
   void run() {
     while (!levels_.empty() && !isStopped())
       goOn();
@@ -153,7 +176,7 @@ class Walker {
   void visitShared(std::span<const FolderEntry> entries) {
     Level& level = levels_.back();
     FileDescriptor folder = level.descriptor.duplicate();
-    const bool canShare = static_cast<bool>(folder);
+    const bool canShare = folder && isRoomFor(kDescriptorsForAThread, folder);
     SharedItems shared(std::move(folder), level.facts, depthOfEntries(), entries);
     if (canShare) help_->take(shared);
     while (const FolderEntry* const entry = isStopped() ? nullptr : shared.takeFirst())
@@ -169,7 +192,7 @@ class Walker {
     if (!help_ || !help_->isIdle()) return;
     if (std::count(level.pending.begin(), level.pending.end(), '\0') < kFewestSharedFolders) return;
     FileDescriptor folder = level.descriptor.duplicate();
-    if (!folder) return;
+    if (!folder || !isRoomFor(kDescriptorsForAThread, folder)) return;
     level.shared = std::make_unique<SharedItems>(std::move(folder), level.facts, depthOfEntries(),
                                                  std::exchange(level.pending, {}));
     help_->take(*level.shared);
@@ -206,6 +229,10 @@ class Walker {
     Level& level = levels_.back();
     const int parent = level.descriptor.get();
     FileDescriptor child = openFolder(parent, name);
+    if (!child && isForLackOfDescriptors(errno)) {
+      releaseDescriptors();
+      child = openFolder(parent, name);
+    }
     std::optional<ItemFacts> facts;
     if (child) facts = factsOfDescriptor(child.get());
     if (!facts) {
@@ -228,7 +255,8 @@ class Walker {
     }
     visitor_.entered(*facts, depthOfEntries());
     if (handover_) {
-      if (firstCrowd_ && ++folders_ == kFoldersBeforeHelp) std::exchange(firstCrowd_, nullptr)();
+      if (firstCrowd_ && ++folders_ >= kFoldersBeforeHelp && isRoomFor(kDescriptorsForAThread, child))
+        std::exchange(firstCrowd_, nullptr)();
       if (handover_->offer(child, *facts, depthOfEntries())) return;
     }
     push(std::move(child), *facts, name);
@@ -239,24 +267,67 @@ class Walker {
     level.descriptor = std::move(folder);
     level.facts = facts;
     level.name = std::move(name);
-    // The folder that is walked stays open: whatever is lost below it, the walk can return there.
-    if (levels_.size() <= kOpenLevels + 1) return;
-    Level& distant = levels_[levels_.size() - 1 - kOpenLevels];
-    distant.position = ::lseek(distant.descriptor.get(), 0, SEEK_CUR);
-    distant.descriptor.reset();
+    closeDistantLevels();
   }
 
-  // Opens the level above the current one again; false when it is not there any more.
+  // Closes the levels that are not to stay open. The folder that is walked always does: whatever is lost
+  // below it, the walk can return there.
+  void closeDistantLevels() {
+    for (std::size_t i = levels_.size() - std::min(levels_.size(), openLevels_); i-- > 1;) {
+      Level& distant = levels_[i];
+      // Those above it have been closed before.
+      if (!distant.descriptor) return;
+      close(distant);
+    }
+  }
+
+  static void close(Level& level) {
+    level.position = ::lseek(level.descriptor.get(), 0, SEEK_CUR);
+    level.descriptor.reset();
+  }
+
+  // Gives up every descriptor that the walk can do without.
+  void releaseDescriptors() {
+    openLevels_ = kFewOpenLevels;
+    closeDistantLevels();
+    if (help_) help_->waitUntilIdle();
+  }
+
+  // Opens a closed level again, reached from an open folder; false when it is not to be found there.
+  static bool reopen(Level& level, int from, const char* name) {
+    FileDescriptor folder = openFolder(from, name);
+    const auto facts = folder ? factsOfDescriptor(folder.get()) : std::nullopt;
+    if (!facts || !facts->isSameItemAs(level.facts)) return false;
+    if (!level.isRead && ::lseek(folder.get(), level.position, SEEK_SET) < 0) return false;
+    level.descriptor = std::move(folder);
+    return true;
+  }
+
+  // Opens the level above the current one again; false when that is no longer where it was.
   bool reopenParent() {
     Level& parent = levels_[levels_.size() - 2];
     if (parent.descriptor) return true;
-    FileDescriptor folder = openFolder(levels_.back().descriptor.get(), "..");
-    if (!folder) return false;
-    const auto facts = factsOfDescriptor(folder.get());
-    if (!facts || !facts->isSameItemAs(parent.facts)) return false;
-    if (::lseek(folder.get(), parent.position, SEEK_SET) < 0) return false;
-    parent.descriptor = std::move(folder);
-    return true;
+    const int current = levels_.back().descriptor.get();
+    if (reopen(parent, current, "..")) return true;
+    if (!isForLackOfDescriptors(errno)) return false;
+    releaseDescriptors();
+    return reopen(parent, current, "..");
+  }
+
+  // Goes back to the deepest level that is still where it was.
+  void abandonLost() {
+    // The other thread may be using what these levels share.
+    if (help_) help_->waitUntilIdle();
+    levels_.pop_back();
+    std::size_t open = levels_.size() - 1;
+    while (!levels_[open].descriptor)
+      --open;
+    for (; open + 1 < levels_.size(); ++open) {
+      Level& next = levels_[open + 1];
+      if (!reopen(next, levels_[open].descriptor.get(), next.name.c_str())) break;
+      if (open > 0) close(levels_[open]);
+    }
+    levels_.resize(open + 1);
   }
 
   void leave() {
@@ -264,12 +335,9 @@ class Walker {
     if (!isTop && !reopenParent()) {
       if (visitor_.lost() == TreeVisitor::Verdict::stop) {
         stop_ = true;
-        return;
+      } else {
+        abandonLost();
       }
-      if (help_) help_->waitUntilIdle();
-      do {
-        levels_.pop_back();
-      } while (!levels_.back().descriptor);
       return;
     }
     Level& level = levels_.back();
@@ -297,6 +365,7 @@ class Walker {
   FolderReader reader_;
   std::atomic<bool>& stop_;
   std::vector<Level> levels_;
+  std::size_t openLevels_ = kOpenLevels;  // from the current one upwards
   std::size_t base_ = 0;
   WalkHelp* help_ = nullptr;
   FolderHandover* handover_ = nullptr;
@@ -321,7 +390,8 @@ void walkBelow(FileDescriptor folder, FolderReader::Order order, const std::vect
   if (!facts) return;
   std::atomic<bool> stop = false;
   Walker first(*visitors.front(), order, stop);
-  FolderHandover handover;
+  FolderHandover handover(isRoomFor(kPlentyOfDescriptors, folder) ? FolderHandover::kMostWaiting
+                                                                  : kFewWaitingFolders);
   const auto takeOver = [&](Walker& walker) {
     while (auto work = handover.next())
       walker.walk(std::move(work->folder), work->facts, work->depth);

@@ -253,9 +253,19 @@ TEST(TreeWalk, SubfoldersBesideADeepBranchAreAllWalked) {
     path += "deeper/";
   }
   RecordingVisitor visitor;
+  std::map<std::string, int> left;
+  visitor.onLeft = [&](const TreeVisitor::Left& folder) { ++left[folder.depth == 0 ? "top" : folder.name]; };
   walk(root.path(), {&visitor});
-  for (int j = 0; j < 15; ++j)
+  for (int j = 0; j < 15; ++j) {
     EXPECT_EQ(visitor.items.at("side" + std::to_string(j)), 40);
+    EXPECT_EQ(left["side" + std::to_string(j)], 40);
+  }
+  EXPECT_EQ(left["deeper"], 39);
+  EXPECT_EQ(left["top"], 1);
+  EXPECT_EQ(visitor.foldersEntered, 40 * 15 + 39);
+  EXPECT_EQ(visitor.foldersLeft, visitor.foldersEntered + 1);
+  EXPECT_EQ(visitor.timesLost, 0);
+  EXPECT_TRUE(visitor.refusedFolders.empty());
 }
 
 }  // namespace
