@@ -11,8 +11,8 @@ namespace harbor {
 
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "harbor-test-XXXXXX").string();
+  explicit TemporaryFolder(const std::filesystem::path& above = std::filesystem::temp_directory_path()) {
+    std::string name = (above / "harbor-test-XXXXXX").string();
     if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
     path_ = name;
   }
