@@ -2,6 +2,7 @@
 
 import json
 import os
+import shutil
 
 from accessibility import STATE_CHECKED
 from cleanup_case import DISK, NOTE, NOT_IN_DELETE_ALL, CleanupCase
@@ -101,6 +102,35 @@ class FreeDiskSpace(CleanupCase):
         self.press(self.wait_for_alert("Cleanup Successful"), "OK")
         categories = [name for name in DISK if name not in (*NOT_IN_DELETE_ALL, "Trash Can")]
         self.assert_only_gone(before, [item for name in categories for item in DISK[name][-1]])
+
+    def test_measures_and_empties_branches_far_down_in_one_go(self):
+        self.fill_home()
+        downloads = self.home / "Downloads"
+        shutil.rmtree(downloads)
+        downloads.mkdir()
+        for project in range(8):
+            level = downloads / f"project {project}"
+            for number in range(18):
+                level /= f"level {number}"
+                for side in range(7 if number >= 12 else 0):
+                    (level / f"side {side}").mkdir(parents=True)
+                    (level / f"side {side}/file").write_text("x" * 1000)
+        items = [str(path) for path in downloads.rglob("*")]
+        self.assertEqual(len(items), 824)
+        size = sum(os.lstat(path).st_size for path in items)
+        size -= sum(os.lstat(path).st_size for path in downloads.iterdir())  # only what lies in them counts
+        before = self.facts()
+        answer = self.desktop.run(self.tray.path, "--measure", "--json")
+        self.assertEqual(answer.returncode, 0, answer.stderr)
+        row = next(row for row in json.loads(answer.stdout) if row["category"] == "Downloads Folder")
+        self.assertEqual((row["bytes"], row["items"]), (size, 824))
+        self.start()
+        self.tray.choose("Free Disk Space", "Downloads Folder")
+        self.grant()
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        self.press(self.wait_for_alert("Cleanup Successful"), "OK")
+        self.assertEqual(list(downloads.iterdir()), [])
+        self.assert_only_gone(before, [f"Downloads/project {project}" for project in range(8)])
 
     def test_measures_as_the_standard_tools_do(self):
         self.fill_home()

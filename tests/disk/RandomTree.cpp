@@ -140,9 +140,9 @@ RandomTree::RandomTree(std::uint64_t seed, Mounts mounts) : items_(1) {
   std::vector<std::size_t> files;
 
   const std::size_t levels = dice.from(1, dice.oneIn(2) ? 8 : kMostLevels);
-  const bool isLarge = dice.oneIn(10);
-  const std::size_t size = isLarge ? dice.from(150, 400) : dice.from(0, 80);
-  const std::size_t foldersInTen = dice.from(isLarge ? 4 : 1, 9);
+  const bool isLarge = dice.oneIn(8);
+  const std::size_t size = isLarge ? dice.from(120, 300) : dice.from(0, 60);
+  const std::size_t foldersInTen = dice.from(isLarge ? 6 : 1, 9);
   const std::size_t deepInTen = dice.from(0, 9);
   const bool hasLongNames = dice.oneIn(8);
 
@@ -184,7 +184,7 @@ RandomTree::RandomTree(std::uint64_t seed, Mounts mounts) : items_(1) {
     add(parent, mayHoldFolder && dice.below(10) < foldersInTen);
   }
   // Enough in one folder for two threads, or for its names to be read in several turns.
-  if (dice.oneIn(15)) {
+  if (dice.oneIn(20)) {
     const std::size_t parent = folders[dice.below(folders.size())];
     for (std::size_t i = dice.from(260, hasLongNames ? 600 : 300); i > 0; --i)
       add(parent, places[parent].level + 1 < levels && dice.below(10) < foldersInTen);

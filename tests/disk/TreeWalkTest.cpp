@@ -222,6 +222,65 @@ TEST(TreeWalk, GoesDeeperThanItMayHaveDescriptorsOpen) {
   EXPECT_TRUE(visitor.refusedFolders.empty());
 }
 
+TEST(TreeWalk, FewDescriptorsAreEnoughForOneThreadAndForTwo) {
+  TemporaryFolder root;
+  for (int i = 0; i < 20; ++i) {
+    std::string path = "b" + std::to_string(i) + "/";
+    for (int j = 0; j < 25; ++j) {
+      root.makeFolder(path + "side");
+      path += "deeper/";
+    }
+  }
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  for (const int most : {5, 20}) {
+    const FileDescriptor next = open("/");
+    const rlimit few{static_cast<rlim_t>(next.get() + most), before.rlim_max};
+    RecordingVisitor alone, first, second;
+    SharedVisitor inOrder;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    walk(root.path(), {&alone});
+    walk(root.path(), {&first, &second});
+    walkBelowInOrder(open(root.path()), FolderReader::Order::byInode, inOrder);
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    constexpr int kFolders = 20 * (1 + 24 + 25);
+    EXPECT_EQ(alone.foldersEntered, kFolders);
+    EXPECT_EQ(alone.foldersLeft, kFolders + 1);
+    EXPECT_EQ(first.foldersEntered + second.foldersEntered, kFolders);
+    EXPECT_EQ(first.foldersLeft + second.foldersLeft, kFolders + 1);
+    EXPECT_EQ(inOrder.leftFolders.size(), static_cast<std::size_t>(kFolders + 1));
+    for (const auto* visitor : {&alone, &first, &second}) {
+      EXPECT_EQ(visitor->timesLost, 0);
+      EXPECT_TRUE(visitor->refusedFolders.empty());
+    }
+  }
+}
+
+// Other parts of the program may take descriptors while a walk runs.
+TEST(TreeWalk, AWalkThatRunsOutOfDescriptorsGoesOnWithFewer) {
+  TemporaryFolder root;
+  std::string path;
+  for (int i = 0; i < 40; ++i) {
+    root.makeFolder(path + "side");
+    path += "deeper/";
+  }
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  RecordingVisitor visitor;
+  visitor.onFound = [&](const TreeVisitor::Found& item) {
+    if (item.depth != 12) return;
+    const FileDescriptor next = open("/");
+    const rlimit now{static_cast<rlim_t>(next.get()), before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &now);
+  };
+  walk(root.path(), {&visitor});
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(visitor.foldersEntered, 40 + 39);
+  EXPECT_EQ(visitor.foldersLeft, 40 + 39 + 1);
+  EXPECT_EQ(visitor.timesLost, 0);
+  EXPECT_TRUE(visitor.refusedFolders.empty());
+}
+
 TEST(TreeWalk, AFolderMovedAwayWhileTheWalkIsBelowItEndsThatBranchOnly) {
   TemporaryFolder root;
   std::string path = "top";
@@ -233,12 +292,20 @@ TEST(TreeWalk, AFolderMovedAwayWhileTheWalkIsBelowItEndsThatBranchOnly) {
   std::string middle = "top";
   for (int i = 0; i < 50; ++i)
     middle += "/l" + std::to_string(i);
+  // Many at each level: some come after the branch, whatever the order.
+  for (fs::path level = root.path("top/l0"); fs::exists(level);
+       level /= "l" + std::to_string(std::stoi(level.filename().string().substr(1)) + 1)) {
+    for (int i = 0; i < 8; ++i)
+      fs::create_directory(level / ("side" + std::to_string(i)));
+  }
   RecordingVisitor visitor;
   visitor.onLeft = [&](const TreeVisitor::Left& folder) {
     if (std::string_view(folder.name) == "l99") fs::rename(root.path(middle), root.path("elsewhere/moved"));
   };
   walk(root.path("top"), {&visitor});
   EXPECT_EQ(visitor.timesLost, 1);
+  EXPECT_EQ(visitor.foldersEntered, 1 + 100 + 100 * 8);
+  EXPECT_EQ(visitor.foldersLeft, visitor.foldersEntered);  // the top folder too, but not the one moved
   EXPECT_FALSE(visitor.items.contains("keep"));
   EXPECT_EQ(visitor.items.at("other"), 1);
   EXPECT_EQ(visitor.items.at("file"), 1);
