@@ -112,8 +112,9 @@ class FreeDiskSpace(CleanupCase):
             level = downloads / f"project {project}"
             for number in range(18):
                 level /= f"level {number}"
-                for side in range(7 if number >= 12 else 0):
-                    (level / f"side {side}").mkdir(parents=True)
+                level.mkdir(parents=True)
+                for side in range(7 if number % 3 == 0 else 0):
+                    (level / f"side {side}").mkdir()
                     (level / f"side {side}/file").write_text("x" * 1000)
         items = [str(path) for path in downloads.rglob("*")]
         self.assertEqual(len(items), 824)

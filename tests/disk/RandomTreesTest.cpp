@@ -354,28 +354,33 @@ bool mayMount() {
          ::umount(probe.path().c_str()) == 0;
 }
 
-void compareTrees(RandomTree::Mounts wanted, std::uint64_t usualNumber) {
-  // A process of its own: the descriptors that the test has open must not count.
-  std::cout.flush();
+// Notes each seed before its tree.
+void compareTrees(RandomTree::Mounts mounts, std::uint64_t number, std::uint64_t& seed) {
+  Comparison comparison(mounts);
+  const std::uint64_t first = numberFromEnvironment("HARBOR_TREE_SEED", 1);
+  try {
+    for (seed = first; seed < first + number; ++seed)
+      comparison.compare(seed);
+  } catch (const std::exception& error) {
+    ADD_FAILURE() << "seed " << seed << ": " << error.what();
+  }
+  comparison.print();
+}
+
+void compareTreesInAProcessOfTheirOwn(RandomTree::Mounts wanted, std::uint64_t usualNumber) {
   void* const memory =
       ::mmap(nullptr, sizeof(std::uint64_t), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   ASSERT_NE(memory, MAP_FAILED);
   auto& seed = *static_cast<std::uint64_t*>(memory);
+  std::cout.flush();
   const pid_t child = ::fork();
   if (child == 0) {
+    // What the test has open must not count.
     ::close_range(3, ~0U, 0);
     const bool hasMounts = mayMount();
     if (!hasMounts) std::cout << "LEFT OUT: this system permits no private mounts; the trees have none.\n";
-    Comparison comparison(hasMounts ? wanted : RandomTree::Mounts::none);
-    const std::uint64_t first = numberFromEnvironment("HARBOR_TREE_SEED", 1);
-    const std::uint64_t trees = numberFromEnvironment("HARBOR_TREES", usualNumber);
-    try {
-      for (seed = first; seed < first + trees; ++seed)
-        comparison.compare(seed);
-    } catch (const std::exception& error) {
-      ADD_FAILURE() << error.what();
-    }
-    comparison.print();
+    compareTrees(hasMounts ? wanted : RandomTree::Mounts::none,
+                 numberFromEnvironment("HARBOR_TREES", usualNumber), seed);
     std::cout.flush();
     ::_exit(testing::Test::HasFailure() ? 1 : 0);
   }
@@ -386,11 +391,11 @@ void compareTrees(RandomTree::Mounts wanted, std::uint64_t usualNumber) {
 }
 
 TEST(RandomTrees, AreMeasuredAndRemovedAsByPlainRecursion) {
-  compareTrees(RandomTree::Mounts::all, 500);
+  compareTreesInAProcessOfTheirOwn(RandomTree::Mounts::all, 500);
 }
 
 TEST(RandomTrees, AreMeasuredAndRemovedAsByPlainRecursionBesideOtherFileSystems) {
-  compareTrees(RandomTree::Mounts::otherFileSystems, 50);
+  compareTreesInAProcessOfTheirOwn(RandomTree::Mounts::otherFileSystems, 50);
 }
 
 }  // namespace
