@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <climits>
 #include <memory>
+#include <sstream>
 #include <system_error>
 
 namespace harbor {
@@ -107,7 +108,49 @@ bool isLock(const std::string& name) {
   return small == "lock" || small == "singletonlock" || small.ends_with(".lock") || small.starts_with(".#");
 }
 
-NaiveTotal removeSelected(NaiveItem& folder, const NaiveSelection& selection, bool isHeld) {
+using Way = std::vector<const NaiveItem*>;  // from the top folder down; null for what is not there
+
+// Takes one step after the other; whether that leads out of the top folder, or goes on for ever.
+bool leadsOut(const std::string& text, Way& way, int& links) {
+  if (text.starts_with('/') || ++links > 40) return true;
+  std::istringstream steps(text);
+  for (std::string step; std::getline(steps, step, '/');) {
+    if (step.empty() || step == ".") continue;
+    if (step == "..") {
+      way.pop_back();
+      if (way.empty()) return true;
+      continue;
+    }
+    const NaiveItem* next = nullptr;
+    if (way.back()) {
+      for (const NaiveItem& item : way.back()->children)
+        next = item.name == step ? &item : next;
+    }
+    if (next && next->kind == NaiveItem::Kind::link) {
+      if (leadsOut(next->contents, way, links)) return true;
+    } else {
+      way.push_back(next);
+    }
+  }
+  return false;
+}
+
+void collectLinksOut(Way& way, std::set<FileIdentity>& linksOut) {
+  for (const NaiveItem& item : way.back()->children) {
+    if (item.kind == NaiveItem::Kind::link) {
+      Way from = way;
+      int links = 0;
+      if (leadsOut(item.contents, from, links)) linksOut.insert(item.identity);
+    } else if (item.kind == NaiveItem::Kind::folder) {
+      way.push_back(&item);
+      collectLinksOut(way, linksOut);
+      way.pop_back();
+    }
+  }
+}
+
+NaiveTotal removeSelected(NaiveItem& folder, const NaiveSelection& selection,
+                          const std::set<FileIdentity>& linksOut, bool isHeld) {
   NaiveTotal total;
   const bool takesContents = selection.place.take == CleanupPlace::Take::contentsInUse;
   std::vector<bool> stays;
@@ -118,12 +161,13 @@ NaiveTotal removeSelected(NaiveItem& folder, const NaiveSelection& selection, bo
       stays.push_back(true);
     } else if (item.kind == NaiveItem::Kind::folder) {
       const bool isItemHeld = isHeld || selection.held.contains(item.identity);
-      total += removeSelected(item, selection, isItemHeld);
+      total += removeSelected(item, selection, linksOut, isItemHeld);
       stays.push_back(isItemHeld || !item.children.empty());
     } else {
-      const bool goes = takesContents
-                            ? item.kind != NaiveItem::Kind::other && !isLock(item.name)
-                            : item.kind == NaiveItem::Kind::file && fits(item.name, selection.place.names);
+      const bool goes =
+          takesContents
+              ? item.kind != NaiveItem::Kind::other && !isLock(item.name) && !linksOut.contains(item.identity)
+              : item.kind == NaiveItem::Kind::file && fits(item.name, selection.place.names);
       if (goes) total += {item.bytes, 1};
       stays.push_back(!goes);
     }
@@ -199,7 +243,11 @@ NaiveTotal removeMatches(NaiveItem& folder, const NaiveTest& matches) {
 }
 
 NaiveTotal removeFileByFile(NaiveItem& folder, const NaiveSelection& selection) {
-  return removeSelected(folder, selection, selection.place.take != CleanupPlace::Take::contentsInUse);
+  std::set<FileIdentity> linksOut;
+  Way way{&folder};
+  collectLinksOut(way, linksOut);
+  return removeSelected(folder, selection, linksOut,
+                        selection.place.take != CleanupPlace::Take::contentsInUse);
 }
 
 }  // namespace harbor

@@ -60,6 +60,7 @@ NaiveTotal removeContents(NaiveItem& folder);
 NaiveTotal removeMatches(NaiveItem& folder, const NaiveTest& matches);
 
 // What a cleanup that goes file by file takes, by the place's `take`, `names`, `keptNames` and by identities.
+// Of a folder in use every link stays that is absolute or leads out, directly or through others.
 struct NaiveSelection {
   const CleanupPlace& place;
   std::set<FileIdentity> kept;

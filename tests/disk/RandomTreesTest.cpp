@@ -1,6 +1,7 @@
 // Measuring and removing in trees as a seed makes them, compared with a plain recursive implementation: on
 // one thread and on two, with as many descriptors as usual and with few. HARBOR_TREES is the number of trees
 // and HARBOR_TREE_SEED the seed of the first; the next tree has the next seed.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sched.h>
@@ -46,6 +47,10 @@ constexpr rlim_t kFewDescriptors = 24;
 std::uint64_t numberFromEnvironment(const char* name, std::uint64_t otherwise) {
   const char* const text = std::getenv(name);
   return text ? std::strtoull(text, nullptr, 10) : otherwise;
+}
+
+FileDescriptor open(const std::string& folder) {
+  return FileDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
 // In memory where the machine has such a folder: the trees are many and small.
@@ -227,9 +232,9 @@ class Comparison {
       {
         const Restriction restriction(how_.threads, how_.descriptors);
         below = measureFolder(folder_);
-        contents = measureContents(folder_);
-        matching = measureMatches(folder_, partialDownloads());
-        inUse = measureFileByFile(folder_, selection);
+        contents = measureContents(open(folder_));
+        matching = measureMatches(open(folder_), partialDownloads());
+        inUse = measureFileByFile(open(folder_), selection);
       }
       lookAtThreads();
       expectSame(below, totalBelow(top), "measured folder");
@@ -307,7 +312,7 @@ class Comparison {
 
     FolderMeasure measured;
     const RemovalOutcome outcome = restricted([&] {
-      measured = measureTrash(trash);
+      measured = measureTrash(open(trash));
       return removal_.emptyTrash(trash);
     });
     expectSame(measured, wouldGo, "measured trash");
