@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <set>
 #include <string>
 #include <thread>
@@ -182,6 +183,7 @@ TEST_F(Listing, ARaceForANameNeverCostsAnotherVersion) {
   }
   EXPECT_GT(removed.size(), 0u);
   EXPECT_GT(races, 0);
+  std::cout << "races for a name: " << removed.size() << " removals, " << races << " lost races\n";
   // Beside the removed versions only those may have been missed that lie here under a numbered name.
   std::set<std::string> here;
   for (const auto& entry : fs::directory_iterator(root.path())) {
