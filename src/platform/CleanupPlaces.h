@@ -3,11 +3,13 @@
 // alike.
 #pragma once
 
+#include <algorithm>
 #include <compare>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Workspace.h"
@@ -87,9 +89,14 @@ struct CleanupPlace {
     followed,
   };
 
+  // Who may have written what is found there. What a sandbox may write is not believed: a database is not
+  // run without guard, and a file that is not what it seems is passed over.
+  enum class Writer { user, sandbox };
+
   std::string path;  // absolute
   Take take = Take::item;
   Links links = Links::refused;
+  Writer writer = Writer::user;
   // The root of the volume that the place belongs to: it must lie below it, on that volume's own file system.
   // Empty for a place that belongs to none.
   std::string volume;
@@ -102,6 +109,14 @@ struct CleanupPlace {
   std::vector<std::string> keptNames;
   std::vector<std::string> heldFolders;
   std::set<FileIdentity> filesInUse;
+};
+
+// A program that is using what a target would erase.
+struct UsingProgram {
+  std::string name;  // for display; empty if it goes without saying
+  std::string path;  // the program file, else the folder that the program has locked; empty if unknown
+
+  friend bool operator==(const UsingProgram&, const UsingProgram&) = default;
 };
 
 class CleanupPlaces {
@@ -117,10 +132,16 @@ class CleanupPlaces {
   // one of them is followed.
   virtual std::vector<std::string> sandboxFolders() const = 0;
 
-  // The name of a program that has to be quit before the target's places are cleaned: one of those that run,
-  // or one that has a lock on a place. Nothing when there is none. Main thread only.
-  virtual std::optional<std::string> programUsing(PrivacyTarget target,
-                                                  const std::vector<RunningApplication>& running) const = 0;
+  // A program that has to be quit before the target's places are cleaned, nullopt if there is none. Here the
+  // running application with the target's bundle identifier, without a name; a platform may know more. Main
+  // thread only.
+  virtual std::optional<UsingProgram> programUsing(PrivacyTarget, std::string_view bundleIdentifier,
+                                                   const std::vector<RunningApplication>& running) const {
+    const bool runs = std::any_of(running.begin(), running.end(), [=](const RunningApplication& application) {
+      return application.bundleIdentifier == bundleIdentifier;
+    });
+    return runs ? std::optional<UsingProgram>(UsingProgram{}) : std::nullopt;
+  }
 };
 
 }  // namespace harbor

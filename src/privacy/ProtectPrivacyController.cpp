@@ -137,12 +137,14 @@ void ProtectPrivacyController::protectPrivacy(const MenuItem& sender) {
   if (!target->mustNotRun.empty()) {
     const auto running = around_.workspace.runningApplications();
     for (const RunningTest& application : target->mustNotRun) {
-      const auto program = around_.places.programUsing(application.target, running);
-      if (!program && !around_.workspace.isRunning(application.bundleIdentifier)) continue;
+      const auto program =
+          around_.places.programUsing(application.target, application.bundleIdentifier, running);
+      if (!program) continue;
       const std::string name = application.name;
       std::string text = "Please quit " + name + " and try again.";
-      // Where other programs count as the application, the user must learn which of them to quit.
-      if (program && *program != name) text += "\n\nThe program that is running: " + *program;
+      // Several programs may count as the application: the user must learn which of them to quit.
+      if (!program->name.empty()) text += "\n\n" + program->name;
+      if (!program->path.empty()) text += " (" + program->path + ")";
       around_.dialog.show("", "OK", name + " is Running", text, "");
       return;
     }

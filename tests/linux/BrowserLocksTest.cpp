@@ -82,72 +82,72 @@ struct BrowserLocks : testing::Test {
 };
 
 TEST_F(BrowserLocks, NothingIsInUseWithoutALock) {
-  EXPECT_FALSE(isFirefoxProfileInUse(profile));
-  EXPECT_FALSE(isFirefoxProfileInUse(folder.path("missing")));
-  EXPECT_FALSE(isChromeFolderInUse(chrome));
-  EXPECT_FALSE(isChromeFolderInUse(folder.path("missing")));
+  EXPECT_FALSE(lockOfFirefox(profile));
+  EXPECT_FALSE(lockOfFirefox(folder.path("missing")));
+  EXPECT_FALSE(lockOfChrome(chrome, ""));
+  EXPECT_FALSE(lockOfChrome(folder.path("missing"), ""));
 }
 
 TEST_F(BrowserLocks, AFirefoxProfileIsInUseWhileItsRecordLockIsHeld) {
   const std::string lock = folder.makeFile("profile/.parentlock");
-  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  EXPECT_FALSE(lockOfFirefox(profile));
   {
     const ForeignLock firefox(lock, 0, 0);
-    EXPECT_TRUE(isFirefoxProfileInUse(profile));
+    EXPECT_TRUE(lockOfFirefox(profile));
   }
-  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  EXPECT_FALSE(lockOfFirefox(profile));
 }
 
 TEST_F(BrowserLocks, AFirefoxLinkThatSpeaksOfAReleasedRecordLockIsStale) {
   folder.makeFile("profile/.parentlock");
   const Child firefox = Child::running(folder.path("firefox-esr"));
   firefoxLock("127.0.0.1:+" + firefox.number());
-  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  EXPECT_FALSE(lockOfFirefox(profile));
 }
 
 TEST_F(BrowserLocks, AFirefoxLinkWithoutARecordLockIsJudgedByAddressAndProcess) {
   {
     const Child firefox = Child::running(folder.path("firefox-esr"));
     firefoxLock("127.0.0.1:" + firefox.number());
-    EXPECT_TRUE(isFirefoxProfileInUse(profile));
+    EXPECT_TRUE(lockOfFirefox(profile));
     const Child other = Child::running(folder.path("editor"));
     firefoxLock("127.0.0.1:" + other.number());
-    EXPECT_FALSE(isFirefoxProfileInUse(profile)) << "the number belongs to another program by now";
+    EXPECT_FALSE(lockOfFirefox(profile)) << "the number belongs to another program by now";
   }
   firefoxLock("127.0.1.1:" + deadProcess());
-  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  EXPECT_FALSE(lockOfFirefox(profile));
   firefoxLock("192.0.2.77:" + deadProcess());
-  EXPECT_TRUE(isFirefoxProfileInUse(profile)) << "nothing can be told of a process elsewhere";
+  EXPECT_TRUE(lockOfFirefox(profile)) << "nothing can be told of a process elsewhere";
   for (const char* text : {"nonsense", ":", "127.0.0.1:", "127.0.0.1:x", "127.0.0.1:-1", "127.0.0.1:1x"}) {
     firefoxLock(text);
-    EXPECT_FALSE(isFirefoxProfileInUse(profile)) << text;
+    EXPECT_FALSE(lockOfFirefox(profile)) << text;
   }
 }
 
 TEST_F(BrowserLocks, AFifoInPlaceOfARecordLockHoldsNothingUp) {
   ASSERT_EQ(::mkfifo((profile + "/.parentlock").c_str(), 0600), 0);
-  EXPECT_FALSE(isFirefoxProfileInUse(profile));
+  EXPECT_FALSE(lockOfFirefox(profile));
 }
 
 TEST_F(BrowserLocks, AChromeFolderIsInUseWhileTheProcessThatItsLinkNamesRuns) {
   {
     const Child chromium = Child::running(folder.path("chromium"));
     chromeLock(hostName() + "-" + chromium.number());
-    EXPECT_TRUE(isChromeFolderInUse(chrome));
+    EXPECT_TRUE(lockOfChrome(chrome, ""));
     const Child other = Child::running(folder.path("editor"));
     chromeLock(hostName() + "-" + other.number());
-    EXPECT_FALSE(isChromeFolderInUse(chrome)) << "the number belongs to another program by now";
+    EXPECT_FALSE(lockOfChrome(chrome, "")) << "the number belongs to another program by now";
   }
   chromeLock(hostName() + "-" + deadProcess());
-  EXPECT_FALSE(isChromeFolderInUse(chrome));
+  EXPECT_FALSE(lockOfChrome(chrome, ""));
 }
 
 TEST_F(BrowserLocks, AChromeLinkOfAnotherHostCounts) {
   chromeLock("no-such-host-here-" + deadProcess());
-  EXPECT_TRUE(isChromeFolderInUse(chrome));
+  EXPECT_TRUE(lockOfChrome(chrome, ""));
   for (const char* text : {"nonsense", "-", "host-", "host-x", "host-0"}) {
     chromeLock(text);
-    EXPECT_FALSE(isChromeFolderInUse(chrome)) << text;
+    EXPECT_FALSE(lockOfChrome(chrome, "")) << text;
   }
 }
 

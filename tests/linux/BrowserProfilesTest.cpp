@@ -107,16 +107,17 @@ TEST_F(BrowserProfiles, OfFirefoxAreNamedOnce) {
   EXPECT_EQ(firefox(), Names{one});
 }
 
-TEST_F(BrowserProfiles, OfChromeAreTheDefaultOneAndTheNumberedOnes) {
-  for (const char* name : {"Default", "Profile 1", "Profile 12", "Profile", "Profile ", "Profile x",
-                           "default", "Profile 1x", "System Profile", "Guest Profile", "Crash Reports"})
+TEST_F(BrowserProfiles, OfChromeIsTheDefaultOne) {
+  for (const char* name : {"Default", "Profile 1", "Profile 12", "Profile", "default", "System Profile"})
     folder.makeFolder("home/.config/google-chrome/" + std::string(name));
-  folder.makeFile("home/.config/google-chrome/Profile 3");
-  folder.makeFolder("outside");
-  fs::create_directory_symlink(folder.path("outside"), home + "/.config/google-chrome/Profile 2");
-  const std::string data = home + "/.config/google-chrome/";
-  EXPECT_EQ(chromeProfiles(home + "/.config/google-chrome", locations),
-            (Names{data + "Default", data + "Profile 1", data + "Profile 12"}));
+  const std::string data = home + "/.config/google-chrome";
+  EXPECT_EQ(chromeProfiles(data, locations), Names{data + "/Default"});
+  folder.remove("home/.config/google-chrome/Default");
+  folder.makeFile("home/.config/google-chrome/Default");
+  EXPECT_EQ(chromeProfiles(data, locations), Names{});
+  folder.remove("home/.config/google-chrome/Default");
+  fs::create_directory_symlink("Profile 1", data + "/Default");
+  EXPECT_EQ(chromeProfiles(data, locations), Names{});
 }
 
 TEST_F(BrowserProfiles, OfChromeAreNoneWhereTheFolderLeadsOutOfTheHomeFolder) {

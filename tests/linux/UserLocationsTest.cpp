@@ -99,12 +99,11 @@ TEST_F(UserLocationsTest, KnowAHomeFolderThatIsALinkItself) {
 
 TEST_F(UserLocationsTest, ADownloadFolderThatIsTheHomeFolderDoesNotExist) {
   folder.makeFolder("home/Downloads");
-  EXPECT_EQ(locations().userDirectory("DOWNLOAD"), home("/Downloads"));
+  EXPECT_EQ(locations().folder(PlaceBase::downloads), home("/Downloads"));
   userDirs = "XDG_DOWNLOAD_DIR=\"$HOME/\"\n";
-  EXPECT_EQ(locations().userDirectory("DOWNLOAD"), std::nullopt);
+  EXPECT_EQ(locations().folder(PlaceBase::downloads), std::nullopt);
   userDirs = "XDG_DOWNLOAD_DIR=\"$HOME/Desktop\"\n";
-  EXPECT_EQ(locations().userDirectory("DOWNLOAD"), std::nullopt);
-  EXPECT_EQ(locations().userDirectory("NONSENSE"), std::nullopt);
+  EXPECT_EQ(locations().folder(PlaceBase::downloads), std::nullopt);
 }
 
 TEST_F(UserLocationsTest, TheConfiguredDesktopAndDocumentsFoldersAreLeftAlone) {

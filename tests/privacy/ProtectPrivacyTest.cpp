@@ -224,33 +224,35 @@ TEST_F(ProtectPrivacy, ARunningApplicationStopsTheFlowBeforeAnythingElse) {
 
 TEST_F(ProtectPrivacy, AProgramOfThePlatformThatUsesThePlacesIsNamedBelowTheTitleOfTheTarget) {
   const std::string history = file("Library/Safari/History.db");
-  platform.cleanupPlaces.programs = {{PrivacyTarget::googleChrome, "Chromium"},
-                                     {PrivacyTarget::preview, "Document Viewer"}};
+  platform.cleanupPlaces.programs = {
+      {PrivacyTarget::googleChrome, {"Chromium", "/usr/lib/chromium/chromium"}},
+      {PrivacyTarget::preview, {"Document Viewer", ""}}};
   for (const char* const clicked : {"Google Chrome", "Clear All"}) {
     platform.alertPanel.shown.clear();
     run(clicked);
     ASSERT_EQ(titles(), std::vector<std::string>{"Google Chrome is Running"});
     EXPECT_EQ(platform.alertPanel.shown[0].text,
-              "Please quit Google Chrome and try again.\n\nThe program that is running: Chromium");
+              "Please quit Google Chrome and try again.\n\nChromium (/usr/lib/chromium/chromium)");
   }
   platform.alertPanel.shown.clear();
   run("Preview");
   ASSERT_EQ(titles(), std::vector<std::string>{"Preview is Running"});
-  EXPECT_EQ(platform.alertPanel.shown[0].text,
-            "Please quit Preview and try again.\n\nThe program that is running: Document Viewer");
+  EXPECT_EQ(platform.alertPanel.shown[0].text, "Please quit Preview and try again.\n\nDocument Viewer");
   EXPECT_TRUE(fs::exists(history));
 }
 
-TEST_F(ProtectPrivacy, AProgramOfTheSameNameIsNotNamedTwice) {
-  platform.cleanupPlaces.programs = {{PrivacyTarget::firefox, "Firefox"}};
+TEST_F(ProtectPrivacy, AProgramOfTheSameNameIsNamedWithItsPath) {
+  platform.cleanupPlaces.programs = {{PrivacyTarget::firefox, {"Firefox", "/opt/firefox/firefox"}}};
   run("Firefox");
   ASSERT_EQ(titles(), std::vector<std::string>{"Firefox is Running"});
-  EXPECT_EQ(platform.alertPanel.shown[0].text, "Please quit Firefox and try again.");
+  EXPECT_EQ(platform.alertPanel.shown[0].text,
+            "Please quit Firefox and try again.\n\nFirefox (/opt/firefox/firefox)");
 }
 
 TEST_F(ProtectPrivacy, MailAndFinderAskForNoProgramOfThePlatform) {
   grantHome();
-  platform.cleanupPlaces.programs = {{PrivacyTarget::mail, "Thunderbird"}, {PrivacyTarget::finder, "Files"}};
+  platform.cleanupPlaces.programs = {{PrivacyTarget::mail, {"Thunderbird", ""}},
+                                     {PrivacyTarget::finder, {"Files", ""}}};
   for (const char* const clicked : {"Mail", "Finder"}) {
     platform.alertPanel.shown.clear();
     run(clicked);

@@ -15,14 +15,16 @@
 
 #include "base/FileDescriptor.h"
 #include "base/FileUrl.h"
+#include "base/FolderPath.h"
 #include "platform/linux/ProcessInformation.h"
 
 namespace harbor {
 namespace {
 
-std::optional<std::string> linkText(const std::string& path) {
+std::optional<std::string> linkText(const std::string& folder, const char* name) {
   std::array<char, PATH_MAX> text;
-  const ssize_t length = ::readlink(path.c_str(), text.data(), text.size());
+  const auto place = FolderPath::withoutLinks(folder);
+  const ssize_t length = place ? ::readlinkat(place->folder.get(), name, text.data(), text.size()) : -1;
   if (length <= 0 || static_cast<std::size_t>(length) == text.size()) return std::nullopt;
   return std::string(text.data(), static_cast<std::size_t>(length));
 }
@@ -40,12 +42,17 @@ bool isRunningAs(std::int32_t processIdentifier, std::string_view nameStart) {
   return process && lastPathComponent(process->executable).starts_with(nameStart);
 }
 
-bool isRecordLocked(const std::string& path) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+// The process that holds a record lock on the file.
+std::optional<std::int32_t> recordLockHolder(const std::string& folder, const char* name) {
+  const auto place = FolderPath::withoutLinks(folder);
+  if (!place) return std::nullopt;
+  const FileDescriptor file(
+      ::openat(place->folder.get(), name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   struct flock lock {};
   lock.l_type = F_WRLCK;
   lock.l_whence = SEEK_SET;
-  return file && ::fcntl(file.get(), F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+  if (!file || ::fcntl(file.get(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
+  return std::max<std::int32_t>(lock.l_pid, 0);
 }
 
 bool isAddressOfThisHost(const std::string& address) {
@@ -64,38 +71,41 @@ bool isAddressOfThisHost(const std::string& address) {
 
 }  // namespace
 
-bool isFirefoxProfileInUse(const std::string& profile) {
-  if (isRecordLocked(profile + "/.parentlock")) return true;
-  const auto text = linkText(profile + "/lock");
+std::optional<BrowserLock> lockOfFirefox(const std::string& profile) {
+  if (const auto holder = recordLockHolder(profile, ".parentlock"))
+    return BrowserLock{BrowserLock::Evidence::kernel, *holder};
+  const auto text = linkText(profile, "lock");
   const std::size_t colon = text ? text->rfind(':') : std::string::npos;
-  if (colon == std::string::npos) return false;
+  if (colon == std::string::npos) return std::nullopt;
   const std::string_view process = std::string_view(*text).substr(colon + 1);
   // The sign says that the record lock was taken too; nobody holds that any more.
-  if (process.starts_with('+')) return false;
+  if (process.starts_with('+')) return std::nullopt;
   const auto number = numberOf(process);
-  if (!number) return false;
-  return !isAddressOfThisHost(text->substr(0, colon)) || isRunningAs(*number, "firefox");
+  if (!number) return std::nullopt;
+  if (!isAddressOfThisHost(text->substr(0, colon))) return BrowserLock{BrowserLock::Evidence::text, 0};
+  if (!isRunningAs(*number, "firefox")) return std::nullopt;
+  return BrowserLock{BrowserLock::Evidence::text, *number};
 }
 
-bool isChromeFolderInUse(const std::string& userData) {
-  const auto text = linkText(userData + "/SingletonLock");
+std::optional<BrowserLock> lockOfChrome(const std::string& userData, const std::string& flatpak) {
+  const auto text = linkText(userData, "SingletonLock");
   const std::size_t hyphen = text ? text->rfind('-') : std::string::npos;
-  if (hyphen == std::string::npos) return false;
+  if (hyphen == std::string::npos) return std::nullopt;
   const auto number = numberOf(std::string_view(*text).substr(hyphen + 1));
-  if (!number) return false;
+  if (!number) return std::nullopt;
   std::array<char, HOST_NAME_MAX + 1> host{};
-  if (::gethostname(host.data(), host.size() - 1) != 0) return true;
-  if (text->substr(0, hyphen) != host.data() || isRunningAs(*number, "chrom")) return true;
+  const bool isOfThisHost =
+      ::gethostname(host.data(), host.size() - 1) == 0 && text->substr(0, hyphen) == host.data();
+  if (!isOfThisHost) return BrowserLock{BrowserLock::Evidence::text, 0};
+  if (isRunningAs(*number, "chrom")) return BrowserLock{BrowserLock::Evidence::text, *number};
   // In a Flatpak the number is one of the sandbox's own.
-  constexpr std::string_view kFlatpaks = "/.var/app/";
-  const std::size_t at = userData.find(kFlatpaks);
-  if (at == std::string::npos) return false;
-  const std::size_t start = at + kFlatpaks.size();
-  const std::string identifier = userData.substr(start, userData.find('/', start) - start);
+  if (flatpak.empty()) return std::nullopt;
   const auto processes = ProcessInformation::all();
-  return std::any_of(processes.begin(), processes.end(), [&](const ProcessInformation& process) {
-    return process.flatpakIdentifier() == identifier;
+  const auto process = std::find_if(processes.begin(), processes.end(), [&](const ProcessInformation& each) {
+    return each.flatpakIdentifier() == flatpak;
   });
+  if (process == processes.end()) return std::nullopt;
+  return BrowserLock{BrowserLock::Evidence::text, process->processIdentifier};
 }
 
 }  // namespace harbor

@@ -3,11 +3,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
-#include <system_error>
+#include <string_view>
 
+#include "base/FolderPath.h"
 #include "platform/linux/KeyFile.h"
+#include "platform/linux/ProfileGroups.h"
 
 namespace harbor {
 namespace {
@@ -25,48 +26,52 @@ bool isRealFolder(const std::string& path) {
   return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool isChromeProfile(std::string_view name) {
-  constexpr std::string_view kNumbered = "Profile ";
-  if (name == "Default") return true;
-  return name.starts_with(kNumbered) && name.size() > kNumbered.size() &&
-         name.find_first_not_of("0123456789", kNumbered.size()) == std::string_view::npos;
+struct NamedProfile {
+  std::string path;
+  bool isRelative;  // to the folder with the list
+};
+
+std::vector<NamedProfile> profilesNamedIn(const std::string& folder) {
+  std::vector<NamedProfile> named;
+  const auto place = FolderPath::withoutLinks(folder);
+  const auto list = place ? KeyFile::readIn(place->folder.get(), "profiles.ini") : std::nullopt;
+  for (const std::string& group : list ? list->groups() : std::vector<std::string>()) {
+    if (!group.starts_with("Profile")) continue;
+    const std::string_view relative = list->raw(group, "IsRelative").value_or("");
+    std::string path(list->raw(group, "Path").value_or(""));
+    if (relative == "0" || relative == "1") named.push_back({std::move(path), relative == "1"});
+  }
+  for (std::string& path : pathsInProfileGroups(folder))
+    named.push_back({std::move(path), true});
+  return named;
 }
 
 }  // namespace
 
 std::vector<std::string> firefoxProfiles(const std::string& folder, const UserLocations& locations) {
   std::vector<std::string> profiles;
-  const auto list = locations.counted(folder) ? KeyFile::read(folder + "/profiles.ini") : std::nullopt;
-  if (!list) return profiles;
-  for (const std::string& group : list->groups()) {
-    if (!group.starts_with("Profile")) continue;
-    const std::string_view relative = list->raw(group, "IsRelative").value_or("");
-    std::string path(list->raw(group, "Path").value_or(""));
-    if (path.empty() || (relative != "0" && relative != "1")) continue;
-    if ((relative == "0") != path.starts_with('/')) continue;
-    if (relative == "1") path = folder + "/" + path;
-    if ((path + "/").find("/../") != std::string::npos || !locations.counted(path)) continue;
-    std::error_code error;
-    const std::string real = std::filesystem::canonical(path, error).string();
-    if (error || std::find(profiles.begin(), profiles.end(), real) != profiles.end()) continue;
+  if (!locations.counted(folder)) return profiles;
+  const auto sandbox = locations.sandboxes().holding(folder);
+  for (const NamedProfile& named : profilesNamedIn(folder)) {
+    if (named.path.empty() || named.isRelative == named.path.starts_with('/')) continue;
+    if (named.path.find('\0') != std::string::npos ||
+        ("/" + named.path + "/").find("/../") != std::string::npos)
+      continue;
+    const auto path = locations.counted(named.isRelative ? folder + "/" + named.path : named.path);
+    const auto real = path ? locations.resolved(*path) : std::nullopt;
+    if (!real || std::find(profiles.begin(), profiles.end(), *real) != profiles.end()) continue;
+    if (sandbox && locations.sandboxes().holding(*real) != sandbox) continue;
     const bool isProfile = std::any_of(std::begin(kMarksOfAProfile), std::end(kMarksOfAProfile),
-                                       [&](const char* mark) { return isRegularFile(real + mark); });
-    if (isProfile) profiles.push_back(real);
+                                       [&](const char* mark) { return isRegularFile(*real + mark); });
+    if (isProfile) profiles.push_back(*real);
   }
   return profiles;
 }
 
 std::vector<std::string> chromeProfiles(const std::string& userData, const UserLocations& locations) {
-  std::vector<std::string> profiles;
-  if (!locations.counted(userData)) return profiles;
-  std::error_code error;
-  for (std::filesystem::directory_iterator entry(userData, error), end; !error && entry != end;
-       entry.increment(error)) {
-    if (isChromeProfile(entry->path().filename().string()) && isRealFolder(entry->path().string()))
-      profiles.push_back(entry->path().string());
-  }
-  std::sort(profiles.begin(), profiles.end());
-  return profiles;
+  std::string profile = userData + "/Default";
+  if (!locations.counted(userData) || !isRealFolder(profile)) return {};
+  return {std::move(profile)};
 }
 
 }  // namespace harbor

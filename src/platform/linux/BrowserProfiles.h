@@ -1,5 +1,5 @@
 // The profiles that a browser keeps in one folder. What leads out of the home folder, or is no profile, is
-// left out.
+// left out; so is what a folder that a sandbox may write says of anything outside that sandbox's own.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@
 
 namespace harbor {
 
-// The profiles that the folder's "profiles.ini" names and that exist, in its order, each once, links
-// resolved.
+// The profiles that the folder's "profiles.ini" and the databases in its "Profile Groups" name and that
+// exist, in that order, each once, links resolved. The folder's own path holds no link.
 std::vector<std::string> firefoxProfiles(const std::string& folder, const UserLocations& locations);
 
-// "Default" and every "Profile N" in the folder, in the order of their names; links are left out.
+// The profile "Default" in the folder, whose path holds no link; none if it is a link.
 std::vector<std::string> chromeProfiles(const std::string& userData, const UserLocations& locations);
 
 }  // namespace harbor

@@ -6,10 +6,31 @@
 
 #include <QByteArrayView>
 
+#include "base/FileDescriptor.h"
+
 namespace harbor {
 namespace {
 
 constexpr std::size_t kMaximumFileSize = 1 << 20;
+
+// A named pipe in place of a file must not hold up the reader.
+constexpr int kReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+
+std::optional<std::string> contentsOf(const FileDescriptor& file) {
+  struct stat status;
+  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+      static_cast<std::size_t>(status.st_size) > kMaximumFileSize)
+    return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+  std::size_t length = 0;
+  while (length < bytes.size()) {
+    const ssize_t count = ::read(file.get(), bytes.data() + length, bytes.size() - length);
+    if (count <= 0) break;
+    length += static_cast<std::size_t>(count);
+  }
+  bytes.resize(length);
+  return bytes;
+}
 
 std::string_view trimmedBlanks(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r");
@@ -69,25 +90,13 @@ KeyFile KeyFile::parse(std::string_view bytes) {
 }
 
 std::optional<KeyFile> KeyFile::read(const std::string& path) {
-  // A named pipe in place of a file must not hold up the reader.
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) return std::nullopt;
-  std::optional<KeyFile> file;
-  struct stat status;
-  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-      static_cast<std::size_t>(status.st_size) <= kMaximumFileSize) {
-    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-      const ssize_t count = ::read(descriptor, bytes.data() + length, bytes.size() - length);
-      if (count <= 0) break;
-      length += static_cast<std::size_t>(count);
-    }
-    bytes.resize(length);
-    file = parse(bytes);
-  }
-  ::close(descriptor);
-  return file;
+  const auto bytes = contentsOf(FileDescriptor(::open(path.c_str(), kReading)));
+  return bytes ? std::optional(parse(*bytes)) : std::nullopt;
+}
+
+std::optional<KeyFile> KeyFile::readIn(int folder, const char* name) {
+  const auto bytes = contentsOf(FileDescriptor(::openat(folder, name, kReading | O_NOFOLLOW)));
+  return bytes ? std::optional(parse(*bytes)) : std::nullopt;
 }
 
 std::vector<std::string> KeyFile::groups() const {

@@ -17,6 +17,8 @@ class KeyFile {
 
   // The file's contents; nothing when it cannot be read, is no regular file or is longer than 1 MiB.
   static std::optional<KeyFile> read(const std::string& path);
+  // The same of a file directly in an open folder; nothing if it is a link.
+  static std::optional<KeyFile> readIn(int folder, const char* name);
 
   // The names of all groups, sorted.
   std::vector<std::string> groups() const;

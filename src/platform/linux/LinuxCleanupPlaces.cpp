@@ -1,17 +1,21 @@
 #include "platform/linux/LinuxCleanupPlaces.h"
 
 #include "platform/linux/LinuxDiskPlaces.h"
-#include "platform/linux/PrivacyPlaces.h"
 
 namespace harbor {
 
+PlaceFinder LinuxCleanupPlaces::finder() const {
+  return PlaceFinder(UserLocations::read(homeFolder_, environment_), root_);
+}
+
+PrivacyPlaces LinuxCleanupPlaces::privacyPlaces() const {
+  return PrivacyPlaces(finder(), XdgEnvironment::fromProcess(), root_ + "/tmp");
+}
+
 std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfCategory(CleanupCategory category) const {
   if (homeFolder_.empty()) return {};
-  const PlaceFinder finder(homeFolder_, environment_, root_);
-  if (category == CleanupCategory::mailDownloads)
-    return PrivacyPlaces(finder.locations(), XdgEnvironment::fromProcess(), root_ + "/tmp")
-        .placesOf(PrivacyTarget::mail);
-  auto places = diskPlaces(category, finder);
+  if (category == CleanupCategory::mailDownloads) return privacyPlaces().placesOf(PrivacyTarget::mail);
+  auto places = diskPlaces(category, finder());
   if (category != CleanupCategory::trashCan) return places;
   std::vector<std::string> volumes;
   for (const FileUrl& volume : fileManager_.mountedVolumes().value_or(std::vector<FileUrl>{}))
@@ -22,18 +26,16 @@ std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfCategory(CleanupCategory c
 }
 
 std::vector<CleanupPlace> LinuxCleanupPlaces::placesOfTarget(PrivacyTarget target) const {
-  return PrivacyPlaces::ofThisUser().placesOf(target);
+  return privacyPlaces().placesOf(target);
 }
 
-// Each Flatpak and Snap application may write in a folder of its own in one of these.
 std::vector<std::string> LinuxCleanupPlaces::sandboxFolders() const {
-  if (homeFolder_.empty()) return {};
-  return {homeFolder_ + "/.var/app", homeFolder_ + "/snap"};
+  return SandboxFolders(homeFolder_).untrusted();
 }
 
-std::optional<std::string> LinuxCleanupPlaces::programUsing(
-    PrivacyTarget target, const std::vector<RunningApplication>& running) const {
-  return PrivacyPlaces::ofThisUser().programUsing(target, running);
+std::optional<UsingProgram> LinuxCleanupPlaces::programUsing(
+    PrivacyTarget target, std::string_view, const std::vector<RunningApplication>& running) const {
+  return privacyPlaces().programUsing(target, running);
 }
 
 }  // namespace harbor

@@ -5,7 +5,8 @@
 
 #include "platform/CleanupPlaces.h"
 #include "platform/FileManager.h"
-#include "platform/linux/UserLocations.h"
+#include "platform/linux/PlaceFinder.h"
+#include "platform/linux/PrivacyPlaces.h"
 
 namespace harbor {
 
@@ -23,10 +24,13 @@ class LinuxCleanupPlaces : public CleanupPlaces {
   std::vector<CleanupPlace> placesOfCategory(CleanupCategory category) const override;
   std::vector<CleanupPlace> placesOfTarget(PrivacyTarget target) const override;
   std::vector<std::string> sandboxFolders() const override;
-  std::optional<std::string> programUsing(PrivacyTarget target,
-                                          const std::vector<RunningApplication>& running) const override;
+  std::optional<UsingProgram> programUsing(PrivacyTarget target, std::string_view bundleIdentifier,
+                                           const std::vector<RunningApplication>& running) const override;
 
  private:
+  PlaceFinder finder() const;
+  PrivacyPlaces privacyPlaces() const;
+
   std::string homeFolder_;
   const FileManager& fileManager_;
   UserLocations::Environment environment_;

@@ -6,12 +6,13 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "platform/linux/PathText.h"
 #include "platform/linux/ProgramsFiles.h"
 
 namespace harbor {
 namespace {
 
-using Base = PlaceRow::Base;
+using Base = PlaceBase;
 using Category = CleanupCategory;
 using Take = CleanupPlace::Take;
 
@@ -34,7 +35,7 @@ constexpr const char* kMozillaReason =
 constexpr const char* kTrash = "The user has thrown these files away.";
 
 constexpr DiskPlaceRow kRows[] = {
-    {Category::applicationCaches, {Base::cacheHome, "", Take::contentsInUse, {}, kCache}},
+    {Category::applicationCaches, {Base::cache, "", Take::contentsInUse, {}, kCache}},
     {Category::applicationCaches,
      {Base::home,
       ".var/app/*/cache",
@@ -49,7 +50,7 @@ constexpr DiskPlaceRow kRows[] = {
       "The cache folder of one revision of a Snap application, or of what its revisions share."}},
 
     {Category::applicationLogs,
-     {Base::stateHome, "", Take::filesByPattern, kLogs,
+     {Base::state, "", Take::filesByPattern, kLogs,
       "Log files that tell what programs did; no program reads its own back, and those being written stay."}},
     {Category::applicationLogs,
      {Base::home,
@@ -58,7 +59,7 @@ constexpr DiskPlaceRow kRows[] = {
       {},
       "What the programs of the session before this one wrote; the next login replaces it."}},
     {Category::applicationLogs,
-     {Base::dataHome, "xorg", Take::ownFilesByPattern, kOldServerLogs,
+     {Base::data, "xorg", Take::ownFilesByPattern, kOldServerLogs,
       "The log of the X server before this one; the next start replaces it."}},
 
     {Category::partialDownloads,
@@ -72,18 +73,18 @@ constexpr DiskPlaceRow kRows[] = {
       "The folder that the item names, wherever the user has put it."}},
 
     {Category::crashReporterFiles,
-     {Base::configHome, "google-chrome*/Crash Reports", Take::filesByPattern, kCrashpadReports,
+     {Base::config, "google-chrome*/Crash Reports", Take::filesByPattern, kCrashpadReports,
       kChromiumReports}},
     {Category::crashReporterFiles,
-     {Base::configHome, "chromium*/Crash Reports", Take::filesByPattern, kCrashpadReports, kChromiumReports}},
+     {Base::config, "chromium*/Crash Reports", Take::filesByPattern, kCrashpadReports, kChromiumReports}},
     {Category::crashReporterFiles,
-     {Base::configHome, "BraveSoftware/*/Crash Reports", Take::filesByPattern, kCrashpadReports,
+     {Base::config, "BraveSoftware/*/Crash Reports", Take::filesByPattern, kCrashpadReports,
       kChromiumReports}},
     {Category::crashReporterFiles,
-     {Base::configHome, "microsoft-edge*/Crash Reports", Take::filesByPattern, kCrashpadReports,
+     {Base::config, "microsoft-edge*/Crash Reports", Take::filesByPattern, kCrashpadReports,
       kChromiumReports}},
     {Category::crashReporterFiles,
-     {Base::configHome, "vivaldi*/Crash Reports", Take::filesByPattern, kCrashpadReports, kChromiumReports}},
+     {Base::config, "vivaldi*/Crash Reports", Take::filesByPattern, kCrashpadReports, kChromiumReports}},
     {Category::crashReporterFiles,
      {Base::home, ".var/app/*/config/*/Crash Reports", Take::filesByPattern, kCrashpadReports,
       kChromiumReports}},
@@ -98,11 +99,9 @@ constexpr DiskPlaceRow kRows[] = {
     {Category::crashReporterFiles,
      {Base::home, ".mozilla/firefox/*/minidumps", Take::filesByPattern, kMozillaReports, kMozillaReason}},
     {Category::crashReporterFiles,
-     {Base::configHome, "mozilla/firefox/Crash Reports", Take::filesByPattern, kMozillaReports,
-      kMozillaReason}},
+     {Base::config, "mozilla/firefox/Crash Reports", Take::filesByPattern, kMozillaReports, kMozillaReason}},
     {Category::crashReporterFiles,
-     {Base::configHome, "mozilla/firefox/*/minidumps", Take::filesByPattern, kMozillaReports,
-      kMozillaReason}},
+     {Base::config, "mozilla/firefox/*/minidumps", Take::filesByPattern, kMozillaReports, kMozillaReason}},
     {Category::crashReporterFiles,
      {Base::home, "snap/firefox/common/.mozilla/firefox/Crash Reports", Take::filesByPattern, kMozillaReports,
       kMozillaReason}},
@@ -118,7 +117,7 @@ constexpr DiskPlaceRow kRows[] = {
      {Base::system, "var/crash", Take::ownFilesByPattern, kSystemReports,
       "The system's reports about crashes of the user's own programs, waiting to be sent."}},
 
-    {Category::trashCan, {Base::dataHome, "Trash", Take::trashedItems, {}, kTrash}},
+    {Category::trashCan, {Base::data, "Trash", Take::trashedItems, {}, kTrash}},
 };
 
 constexpr KeptInCaches kKeptPaths[] = {
@@ -178,10 +177,6 @@ constexpr VolumeTrashText kVolumeTrashTexts[] = {
     {"/.Trash-$UID on each volume",
      "The user has thrown these files away; the folder is the user's own and no link."},
 };
-
-bool isBelow(const std::string& path, const std::string& folder) {
-  return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
-}
 
 // The entry of the folder that the path is or lies in.
 std::string directEntry(const std::string& folder, const std::string& path) {
@@ -259,6 +254,8 @@ std::vector<CleanupPlace> diskPlaces(CleanupCategory category, const PlaceFinder
   if (!isFileByFile) return places;
 
   const ProgramsFiles programs = ProgramsFiles::read();
+  const UserLocations& locations = finder.locations();
+  const auto flatpaks = locations.resolved(locations.homeFolder() + "/" + SandboxFolders::kOfFlatpaks);
   for (CleanupPlace& place : places) {
     spareWhatIsOpen(place, programs);
     if (category == Category::applicationCaches) keepWhatIsNoCache(place);
@@ -274,7 +271,7 @@ std::vector<CleanupPlace> diskPlaces(CleanupCategory category, const PlaceFinder
       if (isBelow(other.path, place.path)) place.kept.push_back(other.path);
     }
     // What runs in a sandbox has its files under other names.
-    if (category == Category::applicationCaches && place.path.find("/.var/app/") != std::string::npos)
+    if (category == Category::applicationCaches && flatpaks && isBelow(place.path, *flatpaks))
       place.heldFolders.push_back(place.path);
   }
   return places;

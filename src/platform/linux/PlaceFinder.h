@@ -12,14 +12,27 @@ namespace harbor {
 
 class PlaceFinder {
  public:
+  // The links that may be on the way to a place. None is ever followed in a folder that a sandbox may write.
+  enum class Links {
+    followed,
+    toTheBase,  // the base folder may be a link, what is named below it is none
+  };
+
   // `root` stands for the root folder in rows of the system; a test gives its own.
-  PlaceFinder(std::string homeFolder, UserLocations::Environment environment, std::string root = {});
+  explicit PlaceFinder(UserLocations locations, std::string root = {});
 
   // The places of the row that exist, each once, in the order of their paths; links are resolved. A place in
-  // the home folder counts when it lies strictly below that and neither is nor holds one of the user's own
-  // folders or a folder in which programs keep settings and data. A place of the system counts when it is no
-  // link and, if it is not shared by everybody, belongs to the user.
+  // the home folder counts if UserLocations lets it be cleaned. A place of the system counts if it is no link
+  // and, unless it is shared by everybody, belongs to the user.
   std::vector<CleanupPlace> find(const PlaceRow& row) const;
+
+  // The same by the path alone, whose components may be shell patterns: folders if `take` works inside of
+  // one, else regular files.
+  std::vector<std::string> find(PlaceBase base, const std::string& path, CleanupPlace::Take take,
+                                Links links) const;
+
+  // A place at a path that was found, marked as written by a sandbox if it lies in the folder of one.
+  CleanupPlace placeAt(std::string path, CleanupPlace::Take take, const char* reason) const;
 
   const UserLocations& locations() const { return locations_; }
 
@@ -27,15 +40,10 @@ class PlaceFinder {
   bool isInUsualDownloads(const std::string& place) const;
 
  private:
-  std::string baseOf(PlaceRow::Base base) const;
-  std::vector<std::string> expanded(const PlaceRow& row) const;
-  bool mayBeCleaned(const std::string& place, PlaceRow::Base base) const;
+  std::optional<std::string> resolvedAs(const std::string& path, CleanupPlace::Take take) const;
 
-  std::string home_;
-  std::string root_;
   UserLocations locations_;
-  UserDirectories directories_;
-  UserDirectories unbelievedDirectories_;
+  std::string root_;
 };
 
 }  // namespace harbor

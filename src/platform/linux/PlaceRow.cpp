@@ -3,21 +3,21 @@
 namespace harbor {
 namespace {
 
-const char* writtenBase(PlaceRow::Base base) {
+const char* writtenBase(PlaceBase base) {
   switch (base) {
-    case PlaceRow::Base::home:
+    case PlaceBase::home:
       return "~";
-    case PlaceRow::Base::configHome:
+    case PlaceBase::config:
       return "$XDG_CONFIG_HOME";
-    case PlaceRow::Base::cacheHome:
+    case PlaceBase::cache:
       return "$XDG_CACHE_HOME";
-    case PlaceRow::Base::dataHome:
+    case PlaceBase::data:
       return "$XDG_DATA_HOME";
-    case PlaceRow::Base::stateHome:
+    case PlaceBase::state:
       return "$XDG_STATE_HOME";
-    case PlaceRow::Base::downloads:
+    case PlaceBase::downloads:
       return "$XDG_DOWNLOAD_DIR";
-    case PlaceRow::Base::system:
+    case PlaceBase::system:
       break;
   }
   return "";

@@ -5,22 +5,12 @@
 #include <string>
 
 #include "platform/CleanupPlaces.h"
+#include "platform/linux/UserLocations.h"
 
 namespace harbor {
 
 struct PlaceRow {
-  // What a path is relative to.
-  enum class Base {
-    home,
-    configHome,
-    cacheHome,
-    dataHome,
-    stateHome,
-    downloads,  // the download folder of user-dirs.dirs
-    system,     // the root folder
-  };
-
-  Base base = Base::home;
+  PlaceBase base = PlaceBase::home;
   const char* path = "";  // the components may be shell patterns; empty: the base itself
   CleanupPlace::Take take = CleanupPlace::Take::item;
   std::span<const char* const> names;

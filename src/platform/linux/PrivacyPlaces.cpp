@@ -10,29 +10,18 @@
 #include <system_error>
 
 #include "base/FileUrl.h"
-#include "base/HomeFolder.h"
 #include "platform/linux/BrowserLocks.h"
 #include "platform/linux/BrowserProfiles.h"
 #include "platform/linux/MacApplications.h"
+#include "platform/linux/PathText.h"
 #include "platform/linux/ProcessInformation.h"
 #include "platform/linux/TargetPrograms.h"
 
 namespace harbor {
 namespace {
 
+using Links = PlaceFinder::Links;
 using Take = CleanupPlace::Take;
-
-// The names of a base folder in the home folder, below ~/.var/app/ID and below ~/snap/NAME/{current,common}.
-struct BaseNames {
-  PlaceBase base;
-  const char* inFlatpak;
-  const char* inSnap;
-};
-constexpr BaseNames kBaseNames[] = {{PlaceBase::home, "", ""},
-                                    {PlaceBase::config, "/config", "/.config"},
-                                    {PlaceBase::cache, "/cache", "/.cache"},
-                                    {PlaceBase::data, "/data", "/.local/share"},
-                                    {PlaceBase::state, "/.local/state", "/.local/state"}};
 
 constexpr std::array<const char*, 2> kOriginAttributes{"user.xdg.origin.url", "user.xdg.referrer.url"};
 
@@ -49,45 +38,11 @@ std::vector<std::string> foldersIn(const std::string& folder) {
   return folders;
 }
 
-// The path behind the start, each "*" replaced by every folder that is there.
-std::vector<std::string> expanded(const std::string& start, const std::string& path) {
-  const std::size_t star = path.find("*/");
-  if (star == std::string::npos) return {start + path};
-  std::vector<std::string> paths;
-  for (const std::string& folder : foldersIn(start + path.substr(0, star))) {
-    for (std::string& each : expanded(folder + "/", path.substr(star + 2)))
-      paths.push_back(std::move(each));
-  }
-  return paths;
-}
-
-bool exists(const std::string& path) {
-  struct stat status;
-  return ::lstat(path.c_str(), &status) == 0;
-}
-
-bool takesAFolder(Take take) {
-  return take == Take::contents || take == Take::ownFilesByPattern;
-}
-
-std::string resolved(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::canonical(path, error).string();
-}
-
 bool isRunning(std::string_view program) {
   const auto processes = ProcessInformation::all();
   return std::any_of(processes.begin(), processes.end(), [=](const ProcessInformation& process) {
     return lastPathComponent(process.program()) == program;
   });
-}
-
-CleanupPlace place(std::string path, Take take, const char* reason) {
-  CleanupPlace made;
-  made.path = std::move(path);
-  made.take = take;
-  made.reason = reason;
-  return made;
 }
 
 // Empty for a target that is no browser.
@@ -97,175 +52,159 @@ std::string_view browserOf(PrivacyTarget target) {
   return found == std::end(kTargetBrowsers) ? std::string_view() : found->bundleIdentifier;
 }
 
-bool isInUse(PrivacyTarget target, const std::string& folder, const std::vector<std::string>& profiles) {
-  if (target == PrivacyTarget::googleChrome) return isChromeFolderInUse(folder);
-  return std::any_of(profiles.begin(), profiles.end(), isFirefoxProfileInUse);
+// The names of the Flatpak and of the snap that a sandbox's folder belongs to; of the two, the other is
+// empty.
+std::string flatpakOf(const std::string& sandbox) {
+  const std::size_t slash = sandbox.rfind('/');
+  return sandbox.substr(0, slash).ends_with("/app") ? sandbox.substr(slash + 1) : std::string();
 }
 
-std::vector<std::string> profilesIn(PrivacyTarget target, const std::string& folder,
-                                    const UserLocations& locations) {
-  return target == PrivacyTarget::googleChrome ? chromeProfiles(folder, locations)
-                                               : firefoxProfiles(folder, locations);
+std::optional<BrowserLock> lockOn(PrivacyTarget target, const std::string& folder, const std::string& profile,
+                                  const std::string& sandbox) {
+  return target == PrivacyTarget::googleChrome
+             ? lockOfChrome(folder, sandbox.empty() ? "" : flatpakOf(sandbox))
+             : lockOfFirefox(profile);
+}
+
+std::string pathOfProgram(std::int32_t processIdentifier) {
+  const auto process = ProcessInformation::of(processIdentifier);
+  return process ? process->program() : std::string();
+}
+
+// Whether a program of the sandbox with this folder runs.
+bool isSandboxRunning(const std::string& sandbox) {
+  const std::string name = lastPathComponent(sandbox);
+  const auto processes = ProcessInformation::all();
+  return std::any_of(processes.begin(), processes.end(), [&](const ProcessInformation& process) {
+    const auto snap = process.snapIdentifier();
+    return process.flatpakIdentifier() == name || (snap && snap->starts_with(name + "_"));
+  });
 }
 
 }  // namespace
 
-PrivacyPlaces PrivacyPlaces::ofThisUser() {
-  const std::string home = homeFolderOfUserDatabase();
-  XdgEnvironment environment = XdgEnvironment::fromProcess();
-  UserDirectories directories = UserDirectories::read(environment.configHome, home);
-  return PrivacyPlaces(UserLocations(home, std::move(directories)), std::move(environment));
-}
-
-PrivacyPlaces::PrivacyPlaces(UserLocations locations, XdgEnvironment environment, std::string temporaryFolder)
-    : locations_(std::move(locations)),
-      environment_(std::move(environment)),
+PrivacyPlaces::PrivacyPlaces(PlaceFinder finder, XdgEnvironment environment, std::string temporaryFolder)
+    : finder_(std::move(finder)),
+      browsers_(std::move(environment)),
       temporaryFolder_(std::move(temporaryFolder)) {}
 
-std::vector<std::string> PrivacyPlaces::foldersOf(PlaceBase base, const ProgramPackages& packages) const {
-  std::vector<std::string> folders;
-  const auto append = [&folders](std::optional<std::string> folder) {
-    if (folder) folders.push_back(std::move(*folder));
-  };
-  switch (base) {
-    case PlaceBase::home:
-      folders.push_back(locations_.homeFolder());
-      break;
-    case PlaceBase::config:
-      append(locations_.configHome());
-      break;
-    case PlaceBase::cache:
-      append(locations_.cacheHome());
-      break;
-    case PlaceBase::data:
-      append(locations_.dataHome());
-      break;
-    case PlaceBase::state:
-      append(locations_.stateHome());
-      break;
-  }
-  const auto* const names = std::find_if(std::begin(kBaseNames), std::end(kBaseNames),
-                                         [=](const BaseNames& each) { return each.base == base; });
-  const std::string flatpak = packages.flatpak;
-  const std::string snap = packages.snap;
-  if (!flatpak.empty())
-    append(locations_.counted(locations_.homeFolder() + "/.var/app/" + flatpak + names->inFlatpak));
-  if (!snap.empty()) {
-    for (const char* part : {"/current", "/common"})
-      append(locations_.counted(locations_.homeFolder() + "/snap/" + snap + part + names->inSnap));
-  }
-  return folders;
-}
-
-std::vector<PrivacyPlaces::Location> PrivacyPlaces::locationsOf(PlaceBase base,
-                                                                const ProgramPackages& packages,
-                                                                const std::string& path) const {
-  std::vector<Location> found;
-  for (const std::string& folder : foldersOf(base, packages)) {
-    for (std::string& each : expanded(folder + "/", path))
-      found.push_back({folder, std::move(each)});
-  }
-  return found;
-}
-
-bool PrivacyPlaces::isSafe(const Location& location, Take take) const {
-  struct stat status;
-  if (::lstat(location.path.c_str(), &status) != 0) return false;
-  if (takesAFolder(take) && !S_ISDIR(status.st_mode)) return false;
-  // A link or a folder in place of a list of files is how somebody has switched that list off.
-  if (take == Take::item && !S_ISREG(status.st_mode)) return false;
-  const std::string folder =
-      takesAFolder(take) ? location.path : location.path.substr(0, location.path.rfind('/'));
-  if (resolved(folder) != resolved(location.base) + folder.substr(location.base.size())) return false;
-  // A file directly in the home folder lies in the one folder that does not count itself.
-  return folder == locations_.homeFolder() || locations_.counted(folder);
-}
-
-bool PrivacyPlaces::isInstalled(std::string_view bundleIdentifier) const {
-  const MacApplication* const application = macApplicationWithIdentifier(bundleIdentifier);
-  if (!application) return false;
-  for (const std::string& folder : environment_.applicationsFolders()) {
-    for (const std::string_view identifier : application->desktopIdentifiers) {
-      if (!identifier.empty() &&
-          ::access((folder + "/" + std::string(identifier) + ".desktop").c_str(), F_OK) == 0)
-        return true;
+std::vector<std::string> PrivacyPlaces::pathsOf(PlaceBase base, const ProgramPackages& packages,
+                                                const std::string& path, Take take, Links links) const {
+  std::vector<std::string> paths;
+  const auto append = [&](PlaceBase from, const std::string& name) {
+    for (std::string& found : finder_.find(from, name, take, links)) {
+      if (std::find(paths.begin(), paths.end(), found) == paths.end()) paths.push_back(std::move(found));
     }
+  };
+  const auto below = [&path](const std::string& folder) {
+    return folder.empty() ? path : folder + "/" + path;
+  };
+  append(base, path);
+  if (*packages.flatpak)
+    append(PlaceBase::home, std::string(SandboxFolders::kOfFlatpaks) + "/" + packages.flatpak + "/" +
+                                below(baseInFlatpak(base)));
+  if (*packages.snap) {
+    for (const char* part : {"current", "common"})
+      append(PlaceBase::home, std::string(SandboxFolders::kOfSnaps) + "/" + packages.snap + "/" + part + "/" +
+                                  below(baseInSnap(base)));
   }
-  return false;
+  return paths;
+}
+
+std::string PrivacyPlaces::sandboxOf(const std::string& path) const {
+  return finder_.locations().sandboxes().holding(path).value_or("");
 }
 
 bool PrivacyPlaces::isMeant(PrivacyTarget target, PlaceOwner owner) const {
-  return owner == PlaceOwner::anybody || !isInstalled(browserOf(target));
+  return owner == PlaceOwner::anybody || !browsers_.isInstalled(browserOf(target));
 }
 
 std::vector<CleanupPlace> PrivacyPlaces::placesOf(PrivacyTarget target) const {
   std::vector<CleanupPlace> places;
-  if (locations_.homeFolder().empty()) return places;
+  if (finder_.locations().homeFolder().empty()) return places;
   for (const PrivacyPlace& row : kPrivacyPlaces) {
     if (row.target != target || (row.notWhileRunning && isRunning(row.notWhileRunning))) continue;
-    for (const Location& location : locationsOf(row.base, row.packages, row.path)) {
-      if (!isSafe(location, row.take)) continue;
-      CleanupPlace made = place(location.path, row.take, row.reason);
+    for (std::string& path : pathsOf(row.base, row.packages, row.path, row.take, Links::toTheBase)) {
+      CleanupPlace place = finder_.placeAt(std::move(path), row.take, row.reason);
       for (const char* name : row.names) {
-        if (name) made.names.emplace_back(name);
+        if (name) place.names.emplace_back(name);
       }
-      places.push_back(std::move(made));
+      places.push_back(std::move(place));
     }
   }
   appendProfiles(places, target);
   if (target == PrivacyTarget::mail) appendAttachments(places);
   if (target == PrivacyTarget::finder) {
-    if (const auto downloads = locations_.userDirectory("DOWNLOAD")) {
-      CleanupPlace made =
-          place(*downloads, Take::attributes, "Where a download came from; the file itself is not touched.");
-      made.names.assign(kOriginAttributes.begin(), kOriginAttributes.end());
-      places.push_back(std::move(made));
+    for (std::string& path : finder_.find(PlaceBase::downloads, "", Take::attributes, Links::followed)) {
+      CleanupPlace place = finder_.placeAt(std::move(path), Take::attributes,
+                                           "Where a download came from; the file itself is not touched.");
+      place.names.assign(kOriginAttributes.begin(), kOriginAttributes.end());
+      places.push_back(std::move(place));
     }
   }
   return places;
 }
 
-void PrivacyPlaces::appendProfiles(std::vector<CleanupPlace>& places, PrivacyTarget target) const {
-  bool isAnyInUse = false;
+std::vector<PrivacyPlaces::ProfilesFolder> PrivacyPlaces::profilesFoldersOf(PrivacyTarget target) const {
+  std::vector<ProfilesFolder> folders;
   for (const ProfilesPlace& row : kProfiles) {
     if (row.target != target || !isMeant(target, row.owner)) continue;
-    for (const auto& [base, folder] : locationsOf(row.base, row.packages, row.path)) {
-      const auto profiles = profilesIn(target, folder, locations_);
-      for (const std::string& profile : profiles) {
-        if (isInUse(target, folder, {profile})) {
-          isAnyInUse = true;
-          continue;
+    for (std::string& path : pathsOf(row.base, row.packages, row.path, Take::profile, Links::followed)) {
+      auto profiles = target == PrivacyTarget::googleChrome ? chromeProfiles(path, finder_.locations())
+                                                            : firefoxProfiles(path, finder_.locations());
+      std::string sandbox = sandboxOf(path);
+      folders.push_back({&row, std::move(path), std::move(sandbox), std::move(profiles)});
+    }
+  }
+  return folders;
+}
+
+void PrivacyPlaces::appendProfiles(std::vector<CleanupPlace>& places, PrivacyTarget target) const {
+  std::vector<std::string> sandboxesInUse;  // empty for what lies in none
+  for (const ProfilesFolder& folder : profilesFoldersOf(target)) {
+    for (const std::string& profile : folder.profiles) {
+      if (lockOn(target, folder.path, profile, folder.sandbox)) {
+        sandboxesInUse.push_back(folder.sandbox);
+        continue;
+      }
+      places.push_back(
+          finder_.placeAt(profile, Take::profile, "What a browser keeps of the pages that were visited."));
+      for (const ProfileItem& item : kProfileItems) {
+        const std::string path = profile + "/" + item.path;
+        struct stat status;
+        if (item.target != target || ::lstat(path.c_str(), &status) != 0 || S_ISLNK(status.st_mode)) continue;
+        const std::string parent = path.substr(0, path.rfind('/'));
+        if (finder_.locations().resolved(parent) != parent) continue;
+        CleanupPlace place = finder_.placeAt(path, item.take, item.reason);
+        for (const char* name : item.names) {
+          if (name) place.names.emplace_back(name);
         }
-        places.push_back(
-            place(profile, Take::profile, "What a browser keeps of the pages that were visited."));
-        for (const ProfileItem& item : kProfileItems) {
-          std::string path = profile + "/" + item.path;
-          if (item.target == target && exists(path))
-            places.push_back(place(std::move(path), item.take, item.reason));
-        }
+        places.push_back(std::move(place));
       }
     }
   }
   // One cache serves profiles of several folders.
-  if (isAnyInUse) return;
   for (const ProfilesPlace& row : kProfileCaches) {
     if (row.target != target || !isMeant(target, row.owner)) continue;
-    for (const Location& location : locationsOf(row.base, row.packages, row.path)) {
-      if (isSafe(location, Take::contents))
-        places.push_back(place(location.path, Take::contents, "Pages and pictures that are fetched again."));
+    for (std::string& path : pathsOf(row.base, row.packages, row.path, Take::contents, Links::toTheBase)) {
+      if (std::find(sandboxesInUse.begin(), sandboxesInUse.end(), sandboxOf(path)) == sandboxesInUse.end())
+        places.push_back(
+            finder_.placeAt(std::move(path), Take::contents, "Pages and pictures that are fetched again."));
     }
   }
 }
-
 void PrivacyPlaces::appendAttachments(std::vector<CleanupPlace>& places) const {
-  for (const std::string& folder : foldersIn(temporaryFolder_)) {
+  std::error_code error;
+  const std::string temporary = std::filesystem::canonical(temporaryFolder_, error).string();
+  if (error) return;
+  for (const std::string& folder : foldersIn(temporary)) {
     struct stat status;
     if (::lstat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) continue;
     if (status.st_uid != ::getuid() || (status.st_mode & (S_IRWXG | S_IRWXO)) != 0) continue;
     const std::string name = lastPathComponent(folder);
     if (::fnmatch("messageviewer_*.index.*", name.c_str(), 0) == 0 && !isRunning("kmail") &&
         !isRunning("kontact"))
-      places.push_back(place(folder, Take::item, "Copies of attachments that KMail opened."));
+      places.push_back(finder_.placeAt(folder, Take::item, "Copies of attachments that KMail opened."));
     std::int32_t number = 0;
     constexpr std::string_view kProcess = "pid-";
     if (!name.starts_with(kProcess)) continue;
@@ -274,37 +213,79 @@ void PrivacyPlaces::appendAttachments(std::vector<CleanupPlace>& places) const {
     if (parsed.ec != std::errc() || parsed.ptr != end || number <= 0) continue;
     // A running Thunderbird also keeps here what a mail that is being written will carry.
     if (::access(("/proc/" + std::to_string(number)).c_str(), F_OK) == 0) continue;
-    places.push_back(
-        place(folder, Take::item, "Copies of attachments that Thunderbird opened and left behind."));
+    places.push_back(finder_.placeAt(folder, Take::item,
+                                     "Copies of attachments that Thunderbird opened and left behind."));
   }
 }
 
-std::optional<std::string> PrivacyPlaces::programUsing(PrivacyTarget target,
+std::optional<UsingProgram> PrivacyPlaces::viewerUsing(PrivacyTarget target,
                                                        const std::vector<RunningApplication>& running) const {
-  const std::string_view browser = browserOf(target);
-  const MacApplication* const standIn = macApplicationStandingInFor(browser);
-  const bool standsIn = standIn && !isInstalled(browser);
-  const auto isMeantBy = [&](const std::string& identifier) {
-    if (!browser.empty() && (identifier == browser || (standsIn && identifier == standIn->bundleIdentifier)))
-      return true;
-    return std::any_of(std::begin(kTargetPrograms), std::end(kTargetPrograms), [&](const TargetProgram& row) {
-      return row.target == target && std::find(row.desktopIdentifiers.begin(), row.desktopIdentifiers.end(),
-                                               identifier) != row.desktopIdentifiers.end();
-    });
-  };
   for (const RunningApplication& application : running) {
-    if (application.bundleIdentifier && isMeantBy(*application.bundleIdentifier)) return application.name;
+    const bool isMeant =
+        application.bundleIdentifier &&
+        std::any_of(std::begin(kTargetPrograms), std::end(kTargetPrograms), [&](const TargetProgram& row) {
+          return row.target == target &&
+                 std::find(row.desktopIdentifiers.begin(), row.desktopIdentifiers.end(),
+                           *application.bundleIdentifier) != row.desktopIdentifiers.end();
+        });
+    if (isMeant) return UsingProgram{application.name, pathOfProgram(application.processIdentifier)};
   }
-  for (const ProfilesPlace& row : kProfiles) {
-    if (row.target != target || !isMeant(target, row.owner)) continue;
-    for (const auto& [base, folder] : locationsOf(row.base, row.packages, row.path)) {
-      if (!isInUse(target, folder, profilesIn(target, folder, locations_))) continue;
-      const MacApplication* const owner =
-          row.owner == PlaceOwner::anybody ? macApplicationWithIdentifier(browser) : standIn;
-      return std::string(owner->bundleName);
+  return std::nullopt;
+}
+
+std::optional<UsingProgram> PrivacyPlaces::browserUsing(
+    PrivacyTarget target, const std::vector<RunningApplication>& running) const {
+  const std::string_view identifier = browserOf(target);
+  std::vector<const MacApplication*> browsers{macApplicationWithIdentifier(identifier)};
+  if (!browsers_.isInstalled(identifier)) browsers.push_back(macApplicationStandingInFor(identifier));
+  std::erase(browsers, nullptr);
+  const auto processes = ProcessInformation::all();
+  for (const MacApplication* browser : browsers) {
+    for (const RunningApplication& application : running) {
+      if (application.bundleIdentifier != browser->bundleIdentifier) continue;
+      const auto process = ProcessInformation::of(application.processIdentifier);
+      // Of a window whose process cannot be seen no more is known.
+      if (!process) return UsingProgram{application.name, ""};
+      if (browsers_.isRunIn(*process, *browser)) return UsingProgram{application.name, process->program()};
+    }
+    // Of several processes of one name the list of applications shows one.
+    for (const ProcessInformation& process : processes) {
+      const std::string name = lastPathComponent(process.program());
+      const bool isCalledSo =
+          std::find(browser->programs.begin(), browser->programs.end(), name) != browser->programs.end();
+      if (isCalledSo && browsers_.isRunIn(process, *browser))
+        return UsingProgram{std::string(browser->bundleName), process.program()};
     }
   }
   return std::nullopt;
+}
+
+std::optional<UsingProgram> PrivacyPlaces::browserWithLock(PrivacyTarget target) const {
+  const std::string_view identifier = browserOf(target);
+  for (const ProfilesFolder& folder : profilesFoldersOf(target)) {
+    for (const std::string& profile : folder.profiles) {
+      const auto lock = lockOn(target, folder.path, profile, folder.sandbox);
+      if (!lock) continue;
+      // What a sandbox has written about others spares what is its own, and stops nothing else.
+      if (lock->evidence == BrowserLock::Evidence::text && !folder.sandbox.empty() &&
+          !isSandboxRunning(folder.sandbox))
+        continue;
+      const MacApplication* const owner = folder.row->owner == PlaceOwner::anybody
+                                              ? macApplicationWithIdentifier(identifier)
+                                              : macApplicationStandingInFor(identifier);
+      std::string path = pathOfProgram(lock->holder);
+      if (path.empty()) path = target == PrivacyTarget::googleChrome ? folder.path : profile;
+      return UsingProgram{std::string(owner->bundleName), std::move(path)};
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<UsingProgram> PrivacyPlaces::programUsing(
+    PrivacyTarget target, const std::vector<RunningApplication>& running) const {
+  if (browserOf(target).empty()) return viewerUsing(target, running);
+  auto browser = browserUsing(target, running);
+  return browser ? browser : browserWithLock(target);
 }
 
 }  // namespace harbor

@@ -5,11 +5,9 @@
 #include <array>
 
 #include "platform/CleanupPlaces.h"
+#include "platform/linux/UserLocations.h"
 
 namespace harbor {
-
-// The folders that a place is named below.
-enum class PlaceBase { home, config, cache, data, state };
 
 // The names under which a program keeps folders of its own in ~/.var/app and in ~/snap; empty: it does not.
 struct ProgramPackages {
@@ -62,11 +60,12 @@ inline constexpr ProfilesPlace kProfiles[] = {
 
 // The caches of the profiles above; what is in them is fetched or computed again.
 inline constexpr ProfilesPlace kProfileCaches[] = {
-    {PrivacyTarget::googleChrome, PlaceOwner::anybody, kChrome, PlaceBase::cache, "google-chrome"},
-    {PrivacyTarget::googleChrome, PlaceOwner::anybody, kNoPackages, PlaceBase::cache, "google-chrome-beta"},
+    {PrivacyTarget::googleChrome, PlaceOwner::anybody, kChrome, PlaceBase::cache, "google-chrome/Default"},
+    {PrivacyTarget::googleChrome, PlaceOwner::anybody, kNoPackages, PlaceBase::cache,
+     "google-chrome-beta/Default"},
     {PrivacyTarget::googleChrome, PlaceOwner::anybody, kChromeForDevelopers, PlaceBase::cache,
-     "google-chrome-unstable"},
-    {PrivacyTarget::googleChrome, PlaceOwner::chromium, kChromium, PlaceBase::cache, "chromium"},
+     "google-chrome-unstable/Default"},
+    {PrivacyTarget::googleChrome, PlaceOwner::chromium, kChromium, PlaceBase::cache, "chromium/Default"},
     {PrivacyTarget::firefox, PlaceOwner::anybody, kFirefox, PlaceBase::cache, "mozilla/firefox"},
 };
 
@@ -77,6 +76,7 @@ struct ProfileItem {
   const char* path;  // in the profile
   CleanupPlace::Take take;
   const char* reason;
+  std::array<const char*, 6> names = {};  // as CleanupPlace::names has them; unused places are null
 };
 
 inline constexpr ProfileItem kProfileItems[] = {
@@ -98,6 +98,19 @@ inline constexpr ProfileItem kProfileItems[] = {
      "Marks of visited pages, made anew from the history."},
     {PrivacyTarget::firefox, "sessionstore-backups", CleanupPlace::Take::item,
      "Copies of the open tabs and windows, from which Firefox would bring them back."},
+    // Each statement by itself: a version that lacks a table has the others. The first two also take what
+    // belongs to the rows that go, as Firefox would.
+    {PrivacyTarget::firefox,
+     "places.sqlite",
+     CleanupPlace::Take::databaseRows,
+     "What was searched for, what was typed in the address bar, and what is left of places that are gone.",
+     {"PRAGMA foreign_keys = ON; DELETE FROM moz_places_metadata_search_queries;",
+      "DELETE FROM moz_places_metadata WHERE place_id NOT IN (SELECT id FROM moz_places) OR "
+      "referrer_place_id NOT IN (SELECT id FROM moz_places);",
+      "DELETE FROM moz_inputhistory;",
+      "DELETE FROM moz_annos WHERE place_id NOT IN (SELECT id FROM moz_places);",
+      "DELETE FROM moz_origins WHERE id NOT IN (SELECT origin_id FROM moz_places WHERE origin_id IS NOT "
+      "NULL);"}},
 };
 
 inline constexpr ProgramPackages kThunderbird{"org.mozilla.Thunderbird", "thunderbird"};

@@ -103,18 +103,13 @@ std::string absolutePath(const char* given) {
   return std::filesystem::canonical(given, error).string();
 }
 
-UserLocations userLocations(const XdgEnvironment& environment) {
-  const std::string home = homeFolderOfUserDatabase();
-  return {home, UserDirectories::read(environment.configHome, home)};
-}
-
 // Needs no display.
 int listRelatedFiles(const char* given, ReportFormat format) {
   const std::string path = absolutePath(given);
   const DesktopEntries entries(XdgEnvironment::fromProcess());
   const IcuText text;
   const LinuxApplicationBundles bundles(entries, text,
-                                        [&entries] { return userLocations(entries.environment()); });
+                                        [] { return UserLocations::read(homeFolderOfUserDatabase()); });
   if (!hasRelatedFiles(path, bundles)) {
     std::fprintf(stderr, "harbor-tray: there is no \".app\" folder or desktop entry at %s\n",
                  quotedForJson(given).c_str());
@@ -191,7 +186,7 @@ struct LinuxPlatform {
   LinuxColourPanes colourPanes;
   LinuxSettingsStore settings{LinuxSettingsStore::defaultPath(homeFolderOfUserDatabase()), propertyLists};
   LinuxApplicationBundles applicationBundles{desktopEntries, text,
-                                             [this] { return userLocations(environment); }};
+                                             [] { return UserLocations::read(homeFolderOfUserDatabase()); }};
   LinuxFileManager fileManager{
       environment, homeFolderOfUserDatabase(), runLoop,
       [this](const std::string& path) { return softwarePackages.ownerOf(path).has_value(); }};

@@ -15,10 +15,6 @@ class MacCleanupPlaces : public CleanupPlaces {
     if (home.empty()) return {};
     return {home + "/Library/Containers", home + "/Library/Group Containers"};
   }
-  std::optional<std::string> programUsing(PrivacyTarget,
-                                          const std::vector<RunningApplication>&) const override {
-    return std::nullopt;
-  }
 };
 
 }  // namespace harbor

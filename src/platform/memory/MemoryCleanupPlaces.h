@@ -18,16 +18,17 @@ class MemoryCleanupPlaces : public CleanupPlaces {
     return places == ofTarget.end() ? std::vector<CleanupPlace>{} : places->second;
   }
   std::vector<std::string> sandboxFolders() const override { return sandboxes; }
-  std::optional<std::string> programUsing(PrivacyTarget target,
-                                          const std::vector<RunningApplication>&) const override {
+  std::optional<UsingProgram> programUsing(PrivacyTarget target, std::string_view bundleIdentifier,
+                                           const std::vector<RunningApplication>& running) const override {
     const auto program = programs.find(target);
-    return program == programs.end() ? std::nullopt : std::optional(program->second);
+    if (program != programs.end()) return program->second;
+    return CleanupPlaces::programUsing(target, bundleIdentifier, running);
   }
 
   std::map<CleanupCategory, std::vector<CleanupPlace>> ofCategory;
   std::map<PrivacyTarget, std::vector<CleanupPlace>> ofTarget;
   std::vector<std::string> sandboxes;
-  std::map<PrivacyTarget, std::string> programs;  // that are using a target's places
+  std::map<PrivacyTarget, UsingProgram> programs;  // that are using a target's places
 };
 
 }  // namespace harbor
