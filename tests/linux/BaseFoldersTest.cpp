@@ -1,25 +1,16 @@
 // Variables of the environment that name a folder with settings or data: no cleanup takes anything of it.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "PrivacyFixture.h"
-#include "platform/linux/LinuxCleanupPlaces.h"
+#include "platform/linux/LinuxDiskPlaces.h"
 
 namespace harbor {
 namespace {
 
-constexpr PrivacyTarget kTargets[] = {PrivacyTarget::finder,  PrivacyTarget::googleChrome,
-                                      PrivacyTarget::firefox, PrivacyTarget::mail,
-                                      PrivacyTarget::preview, PrivacyTarget::quickTimePlayer};
-constexpr CleanupCategory kCategories[] = {CleanupCategory::applicationCaches,
-                                           CleanupCategory::applicationLogs,
-                                           CleanupCategory::partialDownloads,
-                                           CleanupCategory::downloadsFolder,
-                                           CleanupCategory::crashReporterFiles,
-                                           CleanupCategory::mailDownloads,
-                                           CleanupCategory::trashCan};
-
+// What opened attachments are follows from the processes, which take long to look through.
+constexpr PrivacyTarget kTargets[] = {PrivacyTarget::finder, PrivacyTarget::googleChrome,
+                                      PrivacyTarget::firefox, PrivacyTarget::preview,
+                                      PrivacyTarget::quickTimePlayer};
 struct BaseFolders : LinuxPrivacy {
   BaseFolders() {
     // In each of these folders there is something that a row would take if the folder were its base.
@@ -40,15 +31,13 @@ struct BaseFolders : LinuxPrivacy {
       for (const CleanupPlace& place : places.placesOfTarget(target))
         paths.insert(place.path);
     }
-    const LinuxCleanupPlaces disk(
-        home, platform.fileManager,
-        [this](const char* name) {
-          const auto entry = environment.find(name);
-          return entry == environment.end() ? std::nullopt : std::optional(entry->second);
-        },
-        root.path());
-    for (const CleanupCategory category : kCategories) {
-      for (const CleanupPlace& place : disk.placesOfCategory(category))
+    const PlaceFinder finder(UserLocations::read(home, [this](const char* name) {
+      const auto entry = environment.find(name);
+      return entry == environment.end() ? std::nullopt : std::optional(entry->second);
+    }));
+    for (const DiskPlaceRow& row : diskPlaceRows()) {
+      if (row.place.base == PlaceBase::system) continue;
+      for (const CleanupPlace& place : finder.find(row.place))
         paths.insert(place.path);
     }
     return paths;
@@ -115,21 +104,32 @@ TEST_F(BaseFolders, ForSettingsAndDataNeitherAreNorHoldOneOfAnotherKind) {
   expectNothing("XDG_DATA_HOME", home + "/.local/state");
 }
 
-TEST_F(BaseFolders, ForDownloadsNeitherAreNorHoldNorLieInOneWithSettingsDataOrCaches) {
+TEST_F(BaseFolders, ForDownloadsNeitherAreNorHoldNorLieInOneWithSettingsOrData) {
   file(".cache/app/x");
-  for (const char* folder : kFolders) {
-    if (folder == std::string("Library")) continue;
-    file(".config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/missing\"\n");
-    const Paths without = all();
-    file(".config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/" + std::string(folder) + "\"\n");
-    userDirs = contentsOf(".config/user-dirs.dirs");
+  const auto choose = [this](const std::string& folder) {
+    userDirs = "XDG_DOWNLOAD_DIR=\"$HOME/" + folder + "\"\n";
+    file(".config/user-dirs.dirs", userDirs);
+  };
+  choose("missing");
+  const Paths without = all();
+  for (const std::string folder : kFolders) {
+    choose(folder);
     for (const std::string& path : all())
       EXPECT_TRUE(without.contains(path)) << folder << " unlocks " << path;
   }
-  file(".config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/.cache\"\n");
-  userDirs = contentsOf(".config/user-dirs.dirs");
-  const LinuxCleanupPlaces disk(home, platform.fileManager, {}, root.path());
-  EXPECT_TRUE(disk.placesOfCategory(CleanupCategory::downloadsFolder).empty());
+  for (const char* folder : {".cache", ".local/state", ".config/app/.."}) {
+    choose(folder);
+    for (const std::string& path : all())
+      EXPECT_TRUE(without.contains(path)) << folder << " unlocks " << path;
+  }
+}
+
+TEST_F(BaseFolders, ForSettingsAndDataMayHoldFoldersOfTheUser) {
+  const Paths without = all();
+  file(".local/share/templates/letter");
+  userDirs = "XDG_TEMPLATES_DIR=\"$HOME/.local/share/templates\"\n";
+  file(".config/user-dirs.dirs", userDirs);
+  EXPECT_EQ(all(), without);
 }
 
 TEST_F(BaseFolders, ThatTwoVariablesNameForDifferentThingsAreNone) {
@@ -153,9 +153,9 @@ TEST_F(BaseFolders, ThatTwoVariablesNameForDifferentThingsAreNone) {
 TEST_F(BaseFolders, AreWhereTheirLinksLead) {
   fs::create_directory_symlink(".config", home + "/innocent");
   expectNothing("XDG_CACHE_HOME", home + "/innocent");
+  const Paths without = all();
   fs::create_directory_symlink(".config", home + "/.cache");
-  for (const std::string& path : all())
-    EXPECT_FALSE(path.starts_with(home + "/.config/google-chrome/Default")) << path;
+  EXPECT_EQ(all(), without);
 }
 
 TEST_F(BaseFolders, OfASandboxThatTheProgramWasStartedInCount) {

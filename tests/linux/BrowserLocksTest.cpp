@@ -12,6 +12,7 @@
 #include <filesystem>
 
 #include "support/ForeignLock.h"
+#include "support/NamedProgram.h"
 #include "support/TemporaryFolder.h"
 
 namespace harbor {
@@ -24,39 +25,6 @@ std::string hostName() {
   gethostname(name.data(), name.size() - 1);
   return name.data();
 }
-
-// A process that runs until it is dropped: a copy of "sleep" under another name.
-class Child {
- public:
-  static Child running(const std::string& program) {
-    fs::copy_file("/bin/sleep", program);
-    std::array<int, 2> started{};
-    EXPECT_EQ(::pipe2(started.data(), O_CLOEXEC), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-      ::execl(program.c_str(), program.c_str(), "1000", nullptr);
-      ::_exit(1);
-    }
-    ::close(started[1]);
-    char byte = 0;
-    EXPECT_EQ(::read(started[0], &byte, 1), 0);  // closed by the start of the other program
-    ::close(started[0]);
-    return Child(child);
-  }
-
-  explicit Child(pid_t process) : process_(process) {}
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-  ~Child() {
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-  }
-
-  std::string number() const { return std::to_string(process_); }
-
- private:
-  pid_t process_;
-};
 
 // The number of a process that has ended.
 std::string deadProcess() {
@@ -100,17 +68,17 @@ TEST_F(BrowserLocks, AFirefoxProfileIsInUseWhileItsRecordLockIsHeld) {
 
 TEST_F(BrowserLocks, AFirefoxLinkThatSpeaksOfAReleasedRecordLockIsStale) {
   folder.makeFile("profile/.parentlock");
-  const Child firefox = Child::running(folder.path("firefox-esr"));
+  const NamedProgram firefox(folder.path("firefox-esr"));
   firefoxLock("127.0.0.1:+" + firefox.number());
   EXPECT_FALSE(lockOfFirefox(profile));
 }
 
 TEST_F(BrowserLocks, AFirefoxLinkWithoutARecordLockIsJudgedByAddressAndProcess) {
   {
-    const Child firefox = Child::running(folder.path("firefox-esr"));
+    const NamedProgram firefox(folder.path("firefox-esr"));
     firefoxLock("127.0.0.1:" + firefox.number());
     EXPECT_TRUE(lockOfFirefox(profile));
-    const Child other = Child::running(folder.path("editor"));
+    const NamedProgram other(folder.path("editor"));
     firefoxLock("127.0.0.1:" + other.number());
     EXPECT_FALSE(lockOfFirefox(profile)) << "the number belongs to another program by now";
   }
@@ -131,10 +99,10 @@ TEST_F(BrowserLocks, AFifoInPlaceOfARecordLockHoldsNothingUp) {
 
 TEST_F(BrowserLocks, AChromeFolderIsInUseWhileTheProcessThatItsLinkNamesRuns) {
   {
-    const Child chromium = Child::running(folder.path("chromium"));
+    const NamedProgram chromium(folder.path("chromium"));
     chromeLock(hostName() + "-" + chromium.number());
     EXPECT_TRUE(lockOfChrome(chrome, ""));
-    const Child other = Child::running(folder.path("editor"));
+    const NamedProgram other(folder.path("editor"));
     chromeLock(hostName() + "-" + other.number());
     EXPECT_FALSE(lockOfChrome(chrome, "")) << "the number belongs to another program by now";
   }

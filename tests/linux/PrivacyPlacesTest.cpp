@@ -97,6 +97,85 @@ TEST_F(LinuxPrivacy, FirefoxTakesTheProfilesOfEveryListInEveryPlace) {
   }
 }
 
+TEST_F(LinuxPrivacy, FirefoxForgetsSearchesTypedWordsAndWhatIsLeftOfPlacesThatAreGone) {
+  const std::string profile = ".mozilla/firefox/a.default";
+  const std::string database = profile + "/places.sqlite";
+  file(".mozilla/firefox/profiles.ini", "[Profile0]\nIsRelative=1\nPath=a.default\n");
+  makeFirefoxProfile(profile);
+  sql(database,
+      "CREATE TABLE moz_origins (id INTEGER PRIMARY KEY, host TEXT); INSERT INTO moz_origins VALUES "
+      "(1,'kept.example'),(2,'gone.example'); ALTER TABLE moz_places ADD COLUMN origin_id INTEGER; UPDATE "
+      "moz_places SET origin_id = id; CREATE TABLE moz_inputhistory (place_id INTEGER, input TEXT); INSERT "
+      "INTO "
+      "moz_inputhistory VALUES (1,'typed'),(2,'typed too'); CREATE TABLE moz_annos (id INTEGER PRIMARY KEY, "
+      "place_id INTEGER, content TEXT); INSERT INTO moz_annos VALUES (1,1,'of a bookmark'),(2,2,'of a "
+      "download'); CREATE TABLE moz_items_annos (id INTEGER PRIMARY KEY, item_id INTEGER, content TEXT); "
+      "INSERT "
+      "INTO moz_items_annos VALUES (1,1,'of an item'); CREATE TABLE moz_places_metadata_search_queries (id "
+      "INTEGER PRIMARY KEY, terms TEXT); INSERT INTO moz_places_metadata_search_queries VALUES "
+      "(1,'searched'); "
+      "CREATE TABLE moz_places_metadata (id INTEGER PRIMARY KEY, place_id INTEGER, referrer_place_id "
+      "INTEGER, "
+      "search_query_id INTEGER REFERENCES moz_places_metadata_search_queries(id) ON DELETE CASCADE); INSERT "
+      "INTO "
+      "moz_places_metadata VALUES (1,1,NULL,NULL),(2,2,NULL,NULL),(3,1,2,NULL),(4,1,NULL,1);");
+  expectTaken(&TWProtectPrivacy::clearFirefox, takenOfFirefoxProfile(profile), {database});
+  EXPECT_EQ(sql(database, "SELECT url FROM moz_places"), "kept\n");
+  EXPECT_EQ(sql(database, "SELECT host FROM moz_origins"), "kept.example\n");
+  EXPECT_EQ(sql(database, "SELECT count(*) FROM moz_inputhistory"), "0\n");
+  EXPECT_EQ(sql(database, "SELECT content FROM moz_annos"), "of a bookmark\n");
+  EXPECT_EQ(sql(database, "SELECT content FROM moz_items_annos"), "of an item\n");
+  EXPECT_EQ(sql(database, "SELECT count(*) FROM moz_places_metadata_search_queries"), "0\n");
+  EXPECT_EQ(sql(database, "SELECT id FROM moz_places_metadata"), "1\n");
+  EXPECT_EQ(sql(database, "SELECT count(*) FROM moz_bookmarks"), "2\n");
+  EXPECT_EQ(sql(database, "PRAGMA integrity_check"), "ok\n");
+}
+
+TEST_F(LinuxPrivacy, ATableThatIsMissingKeepsNoOtherFromBeingCleaned) {
+  const std::string profile = ".mozilla/firefox/a.default";
+  const std::string database = profile + "/places.sqlite";
+  file(".mozilla/firefox/profiles.ini", "[Profile0]\nIsRelative=1\nPath=a.default\n");
+  makeFirefoxProfile(profile);
+  sql(database,
+      "DROP TABLE moz_historyvisits; CREATE TABLE moz_inputhistory (place_id INTEGER, input TEXT); "
+      "INSERT INTO moz_inputhistory VALUES (1,'typed');");
+  expectTaken(&TWProtectPrivacy::clearFirefox, takenOfFirefoxProfile(profile), {database});
+  EXPECT_EQ(sql(database, "SELECT url FROM moz_places"), "kept\n");
+  EXPECT_EQ(sql(database, "SELECT count(*) FROM moz_inputhistory"), "0\n");
+}
+
+TEST_F(LinuxPrivacy, FirefoxCleansTheProfilesThatAProfileGroupNames) {
+  file(".mozilla/firefox/profiles.ini", "[Profile0]\nIsRelative=1\nPath=a.default\n");
+  makeFirefoxProfile(".mozilla/firefox/a.default");
+  makeFirefoxProfile(".mozilla/firefox/b.work");
+  makeFirefoxProfile(".mozilla/firefox/c.unnamed");
+  root.makeFolder("home/ada/.mozilla/firefox/Profile Groups");
+  sql(".mozilla/firefox/Profile Groups/1234.sqlite",
+      "CREATE TABLE Profiles (id INTEGER PRIMARY KEY, path TEXT); INSERT INTO Profiles (path) VALUES "
+      "('a.default'),('b.work');");
+  Paths gone = takenOfFirefoxProfile(".mozilla/firefox/a.default");
+  gone.merge(takenOfFirefoxProfile(".mozilla/firefox/b.work"));
+  expectTaken(&TWProtectPrivacy::clearFirefox, gone,
+              {".mozilla/firefox/a.default/places.sqlite", ".mozilla/firefox/b.work/places.sqlite"});
+}
+
+TEST_F(LinuxPrivacy, ADatabaseStartsNoProgramAndWritesNoFile) {
+  const std::string profile = ".var/app/org.mozilla.firefox/.mozilla/firefox/a.default";
+  file(".var/app/org.mozilla.firefox/.mozilla/firefox/profiles.ini",
+       "[Profile0]\nIsRelative=1\nPath=a.default\n");
+  for (const std::string& code : {"edit('x', 'touch " + root.path("started") + "; :')",
+                                  "writefile('" + root.path("written") + "', 'x')"}) {
+    makeFirefoxProfile(profile);
+    sql(profile + "/places.sqlite",
+        "CREATE TRIGGER a AFTER DELETE ON moz_historyvisits BEGIN SELECT " + code +
+            "; END; CREATE TRIGGER b AFTER DELETE ON moz_places BEGIN SELECT " + code + "; END;");
+    routines.clearFirefox();
+    EXPECT_FALSE(fs::exists(root.path("started")));
+    EXPECT_FALSE(fs::exists(root.path("written")));
+    EXPECT_FALSE(fs::exists(home + "/" + profile + "/cookies.sqlite"));
+  }
+}
+
 TEST_F(LinuxPrivacy, ALockedOrBrokenPlacesDatabaseStaysAsItWas) {
   file(".mozilla/firefox/profiles.ini",
        "[Profile0]\nIsRelative=1\nPath=locked\n[Profile1]\nIsRelative=1\nPath=broken\n"

@@ -89,7 +89,7 @@ std::vector<SandboxedPath> sandboxedPaths() {
 struct SandboxedPlaces : LinuxPrivacy {
   std::vector<std::string> pathsOf(PrivacyTarget target) const {
     std::vector<std::string> paths;
-    for (const CleanupPlace& place : places.placesOfTarget(target))
+    for (const CleanupPlace& place : makePlaces().placesOf(target))
       paths.push_back(place.path);
     return paths;
   }

@@ -133,22 +133,22 @@ std::optional<std::string> UserLocations::folder(PlaceBase base) const {
 
 std::vector<UserLocations::OwnFolder> UserLocations::ownFolders() const {
   std::vector<OwnFolder> own;
-  const auto append = [&own](const std::string& path, PlaceBase use) {
-    if (std::string real = canonical(path); !real.empty()) own.push_back({std::move(real), use});
+  const auto append = [&own](const std::string& path, PlaceBase use, Owner owner = Owner::programs) {
+    if (std::string real = canonical(path); !real.empty()) own.push_back({std::move(real), use, owner});
   };
   if (homeFolder_.empty()) return own;
   for (const NamedBase& row : kNamedBases) {
     append(homeFolder_ + "/" + row.usual, row.base);
     append(named(row.base), row.base);  // believed or not
   }
-  append(homeFolder_ + "/Downloads", PlaceBase::downloads);
+  append(homeFolder_ + "/Downloads", PlaceBase::downloads, Owner::user);
   for (const char* folder : kFoldersWithData)
     append(homeFolder_ + "/" + folder, PlaceBase::home);
   // A configuration folder that is not believed may still say which folders are the user's.
   const auto unbelieved = UserDirectories::read(named(PlaceBase::config), homeFolder_);
   for (const UserDirectories* directories : {&directories_, &unbelieved}) {
     for (const auto& [purpose, folder] : directories->folders())
-      append(folder, purpose == "DOWNLOAD" ? PlaceBase::downloads : PlaceBase::home);
+      append(folder, purpose == "DOWNLOAD" ? PlaceBase::downloads : PlaceBase::home, Owner::user);
   }
   return own;
 }
@@ -158,7 +158,11 @@ bool UserLocations::isOrHoldsOwn(const std::string& path, PlaceBase except) cons
   const bool countsCaches = except == PlaceBase::state || except == PlaceBase::downloads;
   return std::any_of(own_.begin(), own_.end(), [&](const OwnFolder& each) {
     const bool counts = each.use == PlaceBase::cache ? countsCaches : each.use != except;
-    return (counts || each.use == PlaceBase::home) && isAtOrBelow(each.path, path);
+    if (!counts && each.use != PlaceBase::home) return false;
+    // Among settings and data the user may well keep folders: only what goes by its name is taken there.
+    const bool isNamedIn =
+        each.owner == Owner::user && (except == PlaceBase::config || except == PlaceBase::data);
+    return isNamedIn ? each.path == path : isAtOrBelow(each.path, path);
   });
 }
 

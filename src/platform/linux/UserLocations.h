@@ -67,9 +67,11 @@ class UserLocations {
 
  private:
   // A folder, by its path without links, and the base that it is there for; `home` for any other use.
+  enum class Owner { programs, user };
   struct OwnFolder {
     std::string path;
     PlaceBase use;
+    Owner owner;
   };
 
   std::string named(PlaceBase base) const;
