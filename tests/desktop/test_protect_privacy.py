@@ -2,6 +2,7 @@
 
 import os
 import re
+import shutil
 import sqlite3
 
 from cleanup_case import (
@@ -151,11 +152,13 @@ class ProtectPrivacy(CleanupCase):
         first_of_all = ("Clear All", "Google Chrome")
         for target, name in (("Firefox", "Firefox"), ("Google Chrome", "Google Chrome"), first_of_all):
             self.tray.choose("Protect Privacy", target)
-            meant = "" if name == "Firefox" else "\n\nThe program that is running: Google-Chrome"
-            self.answer_alert(f"{name} is Running", f"Please quit {name} and try again.{meant}", "OK")
+            program = firefox if name == "Firefox" else chrome
+            meant = f"Please quit {name} and try again.\n\n{program.name} ({program.path})"
+            self.answer_alert(f"{name} is Running", meant, "OK")
         chrome.kill()
         self.tray.choose("Protect Privacy", "Clear All")
-        self.answer_alert("Firefox is Running", "Please quit Firefox and try again.", "OK")
+        meant = f"Please quit Firefox and try again.\n\nFirefox ({firefox.path})"
+        self.answer_alert("Firefox is Running", meant, "OK")
         self.assertEqual(self.facts(), before)
         self.assertEqual(self.grants(), [])
         firefox.kill()
@@ -166,8 +169,9 @@ class ProtectPrivacy(CleanupCase):
         self.assert_only_gone(before, PRIVACY["Firefox"][-1], DATABASES["Firefox"])
 
     def test_takes_chromium_for_google_chrome_where_that_is_not_installed(self):
-        gone = [".config/chromium/Profile 1/History", ".config/chromium/Profile 1/History-journal"]
-        kept = [".config/chromium/Profile 1/Bookmarks", ".config/chromium/Profile 1/Login Data"]
+        gone = [".config/chromium/Default/History", ".config/chromium/Default/History-journal"]
+        kept = [".config/chromium/Default/Bookmarks", ".config/chromium/Default/Login Data"]
+        kept += [".config/chromium/Profile 1/History", ".config/chromium/Profile 1/Cookies"]
         for item in gone + kept:
             self.write(item)
         chromium = self.install_browser("Chromium", "chromium")
@@ -175,7 +179,7 @@ class ProtectPrivacy(CleanupCase):
         self.tray.choose("Protect Privacy", "Google Chrome")
         self.answer_alert(
             "Google Chrome is Running",
-            "Please quit Google Chrome and try again.\n\nThe program that is running: Chromium",
+            f"Please quit Google Chrome and try again.\n\nChromium ({chromium.path})",
             "OK",
         )
         chromium.kill()
@@ -208,6 +212,96 @@ class ProtectPrivacy(CleanupCase):
         self.assertEqual([item for item in gone + kept if (self.home / item).exists()], kept)
         self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT count(*) FROM moz_historyvisits"), ["0"])
         self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT count(*) FROM moz_bookmarks"), ["4"])
+        self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT count(*) FROM moz_inputhistory"), ["0"])
+        self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT host FROM moz_origins"), ["kept.example"])
+        self.assertEqual(self.query(f"{profile}/places.sqlite", "SELECT place_id FROM moz_annos"), ["1"])
+        self.assertEqual(self.query(f"{profile}/places.sqlite", "PRAGMA integrity_check"), ["ok"])
         self.assertEqual(player.read_text(), "[MainWindow]\nx=1\n[RecentsMRL]\n")
         self.assertEqual(os.listxattr(download), [])
         self.assertEqual(download.read_text(), "what Downloads/letter.pdf says\n")
+
+    def clean(self, target, result):
+        self.tray.choose("Protect Privacy", target)
+        self.grant()
+        self.press(self.wait_for_alert("Confirm Cleanup"), "Clear")
+        self.press(self.wait_for_alert(result), "OK")
+
+    def still_there(self, items):
+        return [item for item in items if (self.home / item).exists()]
+
+    def test_follows_no_link_out_of_a_sandbox(self):
+        kept = [".local/share/okular/docdata/1.letter.pdf.xml", ".local/share/okular/bookmarks.xml"]
+        gone = [".var/app/org.gnome.Evince/cache/evince/page"]
+        for item in kept + gone:
+            self.write(item)
+        sandbox = self.home / ".var/app/org.kde.okular"
+        sandbox.mkdir(parents=True)
+        (sandbox / "cache").symlink_to(self.home / ".local/share")
+        self.start()
+        self.clean("Preview", "Cleanup Successful. Logout Required.")
+        self.assertEqual(self.still_there(kept + gone), kept)
+
+    def test_believes_no_list_of_profiles_about_what_is_outside_its_sandbox(self):
+        self.install_entries()
+        mail = ".thunderbird/x.default"
+        files = ("times.json", "cookies.sqlite", "formhistory.sqlite", "favicons.sqlite", "sessionstore-backups/a")
+        kept = [f"{mail}/{name}" for name in files]
+        folder = ".var/app/org.mozilla.firefox/.mozilla/firefox"
+        gone = [f"{folder}/honest/cookies.sqlite"]
+        for item in [*kept, *gone, f"{folder}/honest/times.json"]:
+            self.write(item)
+        (self.home / folder / "linked").symlink_to(self.home / mail)
+        paths = [(0, self.home / mail), (1, "linked"), (1, "../../../../../" + mail), (1, "honest")]
+        rows = (f"[Profile{n}]\nIsRelative={kind}\nPath={path}\n" for n, (kind, path) in enumerate(paths))
+        (self.home / folder / "profiles.ini").write_text("".join(rows))
+        self.start()
+        self.clean("Firefox", "Cleanup successful")
+        self.assertEqual(self.still_there(kept + gone), kept)
+
+    def test_a_database_of_a_sandbox_starts_no_program(self):
+        self.install_entries()
+        folder = self.home / ".var/app/org.mozilla.firefox/.mozilla/firefox"
+        started = self.desktop.folder / "started"
+        code = f"SELECT edit('x', 'touch {started}; :')"
+        trigger = f"CREATE TRIGGER t AFTER DELETE ON moz_historyvisits BEGIN {code}; END;"
+        write_database(folder / "a/places.sqlite", PLACES + trigger)
+        self.write(str((folder / "a/times.json").relative_to(self.home)))
+        (folder / "profiles.ini").write_text("[Profile0]\nIsRelative=1\nPath=a\n")
+        self.start()
+        self.clean("Firefox", "Cleanup successful")
+        self.assertFalse(started.exists())
+
+    def test_caches_that_are_the_settings_folder_are_none(self):
+        self.install_entries()
+        self.desktop.environment["XDG_CACHE_HOME"] = str(self.home / ".config")
+        kept = [f".config/google-chrome/Default/{name}" for name in ("Bookmarks", "Login Data", "Preferences")]
+        kept += [".config/google-chrome/Local State", ".config/google-chrome/Profile 1/History"]
+        gone = [".config/google-chrome/Default/History"]
+        for item in kept + gone:
+            self.write(item)
+        self.start()
+        self.clean("Google Chrome", "Cleanup successful")
+        self.assertEqual(self.still_there(kept + gone), kept)
+
+    def test_leaves_every_profile_of_chrome_but_the_default_one(self):
+        self.install_entries()
+        names = ("History", "Cookies", "Web Data", "Sessions/Session_1")
+        kept = [f".config/google-chrome/Profile 1/{name}" for name in names]
+        gone = [f".config/google-chrome/Default/{name}" for name in names]
+        for item in kept + gone:
+            self.write(item)
+        self.start()
+        self.clean("Google Chrome", "Cleanup successful")
+        self.assertEqual(self.still_there(kept + gone), kept)
+
+    def test_a_program_that_is_called_like_a_browser_is_none(self):
+        self.install_entries()
+        tool = self.home / ".cache/ms-playwright/chromium-1/chrome-linux/chrome"
+        tool.parent.mkdir(parents=True)
+        shutil.copy("/bin/sleep", tool)
+        self.desktop.spawn(str(tool), "1000", log="tool")
+        gone = [".config/google-chrome/Default/History"]
+        self.write(gone[0])
+        self.start()
+        self.clean("Google Chrome", "Cleanup successful")
+        self.assertEqual(self.still_there(gone), [])
