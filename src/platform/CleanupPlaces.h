@@ -89,14 +89,9 @@ struct CleanupPlace {
     followed,
   };
 
-  // Who may have written what is found there. What a sandbox may write is not believed: a database is not
-  // run without guard, and a file that is not what it seems is passed over.
-  enum class Writer { user, sandbox };
-
   std::string path;  // absolute
   Take take = Take::item;
   Links links = Links::refused;
-  Writer writer = Writer::user;
   // The root of the volume that the place belongs to: it must lie below it, on that volume's own file system.
   // Empty for a place that belongs to none.
   std::string volume;

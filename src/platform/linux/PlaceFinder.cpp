@@ -121,20 +121,14 @@ std::vector<CleanupPlace> PlaceFinder::find(const PlaceRow& row) const {
   }
   std::vector<CleanupPlace> places;
   for (std::string& path : paths) {
-    CleanupPlace place = placeAt(std::move(path), row.take, row.reason);
+    CleanupPlace place;
+    place.path = std::move(path);
+    place.take = row.take;
+    place.reason = row.reason;
     place.names.assign(row.names.begin(), row.names.end());
     places.push_back(std::move(place));
   }
   return places;
-}
-
-CleanupPlace PlaceFinder::placeAt(std::string path, Take take, const char* reason) const {
-  CleanupPlace place;
-  if (locations_.sandboxes().holding(path)) place.writer = CleanupPlace::Writer::sandbox;
-  place.path = std::move(path);
-  place.take = take;
-  place.reason = reason;
-  return place;
 }
 
 bool PlaceFinder::isInUsualDownloads(const std::string& place) const {

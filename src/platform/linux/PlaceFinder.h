@@ -31,9 +31,6 @@ class PlaceFinder {
   std::vector<std::string> find(PlaceBase base, const std::string& path, CleanupPlace::Take take,
                                 Links links) const;
 
-  // A place at a path that was found, marked as written by a sandbox if it lies in the folder of one.
-  CleanupPlace placeAt(std::string path, CleanupPlace::Take take, const char* reason) const;
-
   const UserLocations& locations() const { return locations_; }
 
   // Whether the place is the folder "Downloads" of the home folder, or lies in it.

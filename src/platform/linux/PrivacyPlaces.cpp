@@ -45,6 +45,14 @@ bool isRunning(std::string_view program) {
   });
 }
 
+CleanupPlace placeAt(std::string path, Take take, const char* reason) {
+  CleanupPlace place;
+  place.path = std::move(path);
+  place.take = take;
+  place.reason = reason;
+  return place;
+}
+
 // Empty for a target that is no browser.
 std::string_view browserOf(PrivacyTarget target) {
   const auto* const found = std::find_if(std::begin(kTargetBrowsers), std::end(kTargetBrowsers),
@@ -125,7 +133,7 @@ std::vector<CleanupPlace> PrivacyPlaces::placesOf(PrivacyTarget target) const {
   for (const PrivacyPlace& row : kPrivacyPlaces) {
     if (row.target != target || (row.notWhileRunning && isRunning(row.notWhileRunning))) continue;
     for (std::string& path : pathsOf(row.base, row.packages, row.path, row.take, Links::toTheBase)) {
-      CleanupPlace place = finder_.placeAt(std::move(path), row.take, row.reason);
+      CleanupPlace place = placeAt(std::move(path), row.take, row.reason);
       for (const char* name : row.names) {
         if (name) place.names.emplace_back(name);
       }
@@ -136,8 +144,8 @@ std::vector<CleanupPlace> PrivacyPlaces::placesOf(PrivacyTarget target) const {
   if (target == PrivacyTarget::mail) appendAttachments(places);
   if (target == PrivacyTarget::finder) {
     for (std::string& path : finder_.find(PlaceBase::downloads, "", Take::attributes, Links::followed)) {
-      CleanupPlace place = finder_.placeAt(std::move(path), Take::attributes,
-                                           "Where a download came from; the file itself is not touched.");
+      CleanupPlace place = placeAt(std::move(path), Take::attributes,
+                                   "Where a download came from; the file itself is not touched.");
       place.names.assign(kOriginAttributes.begin(), kOriginAttributes.end());
       places.push_back(std::move(place));
     }
@@ -168,14 +176,14 @@ void PrivacyPlaces::appendProfiles(std::vector<CleanupPlace>& places, PrivacyTar
         continue;
       }
       places.push_back(
-          finder_.placeAt(profile, Take::profile, "What a browser keeps of the pages that were visited."));
+          placeAt(profile, Take::profile, "What a browser keeps of the pages that were visited."));
       for (const ProfileItem& item : kProfileItems) {
         const std::string path = profile + "/" + item.path;
         struct stat status;
         if (item.target != target || ::lstat(path.c_str(), &status) != 0 || S_ISLNK(status.st_mode)) continue;
         const std::string parent = path.substr(0, path.rfind('/'));
         if (finder_.locations().resolved(parent) != parent) continue;
-        CleanupPlace place = finder_.placeAt(path, item.take, item.reason);
+        CleanupPlace place = placeAt(path, item.take, item.reason);
         for (const char* name : item.names) {
           if (name) place.names.emplace_back(name);
         }
@@ -189,7 +197,7 @@ void PrivacyPlaces::appendProfiles(std::vector<CleanupPlace>& places, PrivacyTar
     for (std::string& path : pathsOf(row.base, row.packages, row.path, Take::contents, Links::toTheBase)) {
       if (std::find(sandboxesInUse.begin(), sandboxesInUse.end(), sandboxOf(path)) == sandboxesInUse.end())
         places.push_back(
-            finder_.placeAt(std::move(path), Take::contents, "Pages and pictures that are fetched again."));
+            placeAt(std::move(path), Take::contents, "Pages and pictures that are fetched again."));
     }
   }
 }
@@ -204,7 +212,7 @@ void PrivacyPlaces::appendAttachments(std::vector<CleanupPlace>& places) const {
     const std::string name = lastPathComponent(folder);
     if (::fnmatch("messageviewer_*.index.*", name.c_str(), 0) == 0 && !isRunning("kmail") &&
         !isRunning("kontact"))
-      places.push_back(finder_.placeAt(folder, Take::item, "Copies of attachments that KMail opened."));
+      places.push_back(placeAt(folder, Take::item, "Copies of attachments that KMail opened."));
     std::int32_t number = 0;
     constexpr std::string_view kProcess = "pid-";
     if (!name.starts_with(kProcess)) continue;
@@ -213,8 +221,8 @@ void PrivacyPlaces::appendAttachments(std::vector<CleanupPlace>& places) const {
     if (parsed.ec != std::errc() || parsed.ptr != end || number <= 0) continue;
     // A running Thunderbird also keeps here what a mail that is being written will carry.
     if (::access(("/proc/" + std::to_string(number)).c_str(), F_OK) == 0) continue;
-    places.push_back(finder_.placeAt(folder, Take::item,
-                                     "Copies of attachments that Thunderbird opened and left behind."));
+    places.push_back(
+        placeAt(folder, Take::item, "Copies of attachments that Thunderbird opened and left behind."));
   }
 }
 
