@@ -1,6 +1,6 @@
 // The window in which an application's files are reviewed: a table with a check box, a reveal and a preview
-// button in each row, a summary, a status line and a delete button. It shows what it is told and reports what
-// the user does.
+// button in each row, a summary, a status line and a delete button. It shows what it is given and reports
+// what the user does; a box that the user clicks changes with the row that comes back.
 #pragma once
 
 #include <cstddef>
@@ -24,8 +24,16 @@ struct ReviewRow {
   // Why the item is only listed, plain text: its check box is off and does nothing. Absent: it can be
   // selected.
   std::optional<std::string> protection = std::nullopt;
+  // With which other row the item goes, plain text; absent: it goes by itself, if at all.
+  std::optional<std::string> goesWith = std::nullopt;
 
   friend bool operator==(const ReviewRow&, const ReviewRow&) = default;
+};
+
+// What a row has become. The item, its size and the caution stay.
+struct ReviewRowUpdate {
+  std::size_t row;
+  ReviewRow now;
 };
 
 // A sentence about the application, with a button below or beside it unless the title is empty.
@@ -39,7 +47,8 @@ struct ReviewNotice {
 // What a user does; called on the main thread, never from within a call to the window. Rows are counted in
 // the order in which they were given, however the table is sorted on the screen.
 struct ReviewWindowEvents {
-  std::function<void(std::size_t row, bool isSelected)> selectionChanged;
+  // The user wants these rows ticked, or cleared: one box that was clicked, or all rows that were chosen.
+  std::function<void(const std::vector<std::size_t>& rows, bool isSelected)> selectionChanged;
   std::function<void(std::size_t row)> revealClicked;
   std::function<void(std::size_t row)> quickLookClicked;
   std::function<void()> deleteButtonClicked;
@@ -55,9 +64,9 @@ class ReviewWindow {
   virtual ~ReviewWindow() = default;
 
   virtual void setTitle(const std::string& title) = 0;
-  // The table's rows; replaces those that were shown.
-  virtual void setRows(std::vector<ReviewRow> rows) = 0;
   virtual void appendRows(std::vector<ReviewRow> rows) = 0;
+  // In ascending order of the rows. The table's order, its place and the user's current cell stay.
+  virtual void updateRows(std::vector<ReviewRowUpdate> updates) = 0;
   // The selection summary; nothing hides it.
   virtual void setFileSelectedInfo(const std::optional<std::string>& text) = 0;
   virtual void setDeleteDetailedInfo(const std::string& text) = 0;

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <utility>
 
+#include "base/FolderPath.h"
 #include "disk/TWDiskUtility.h"
 #include "uninstaller/RelatedFileSearch.h"
 
@@ -22,6 +23,14 @@ std::uint64_t sizeOfRelatedFile(const std::string& path) {
     return static_cast<std::uint64_t>(TWDiskUtility::sizeOfFolder(path));
   }
   return TWDiskUtility::sizeOfItem(path);
+}
+
+std::string placeOfRelatedFile(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  auto folder = FolderPath::resolve(path.substr(0, slash + 1));
+  if (!folder) return path;
+  folder->components.push_back(path.substr(slash + 1));
+  return pathOfComponents(folder->components);
 }
 
 RelatedFileScan::RelatedFileScan(RunLoop& runLoop, const Text& text, ScanRequest request,
@@ -63,7 +72,9 @@ void RelatedFileScan::run(RunLoop& runLoop, const Text& text, const ScanRequest&
       auto caution = isFirst ? std::nullopt : cautions.cautionFor(url);
       isFirst = false;
       auto owner = request.packages ? request.packages->ownerOf(url.path) : std::nullopt;
-      batch.push_back({{std::move(url), size, false}, std::move(caution), std::move(owner)});
+      std::string place = placeOfRelatedFile(url.path);
+      batch.push_back(
+          {{std::move(url), size, false}, std::move(caution), std::move(owner), std::move(place)});
       if (std::chrono::steady_clock::now() - lastDelivery >= kDeliveryInterval) deliver();
     }
   });

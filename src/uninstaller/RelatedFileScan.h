@@ -20,6 +20,7 @@ struct ScannedItem {
   AppRelatedData data;
   std::optional<std::string> caution;
   std::optional<PackageOwner> owner = std::nullopt;  // the package that the item came with
+  std::string place = {};                            // see placeOfRelatedFile
 };
 
 struct ScanRequest {
@@ -35,6 +36,10 @@ struct ScanRequest {
 // The bytes of an item as a review counts them: a folder with everything below it, anything else by itself, a
 // link as the link; 0 for what is gone.
 std::uint64_t sizeOfRelatedFile(const std::string& path);
+
+// Where an item really lies: its path with the links above it resolved, while the item itself may be one. The
+// path as it is where its folder cannot be reached.
+std::string placeOfRelatedFile(const std::string& path);
 
 class RelatedFileScan {
  public:

@@ -3,9 +3,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "base/ByteCount.h"
+#include "base/PathBelow.h"
 
 namespace harbor {
 namespace {
@@ -45,12 +47,6 @@ constexpr Outcome kUnsuccessful{
     "Uninstall Applications menu.",
     "No selected files could be deleted. Please manually delete them yourself."};
 
-// Whether there is something at the path; a link counts whether or not it leads anywhere.
-bool itemExists(const std::optional<FileUrl>& url) {
-  struct stat status;
-  return url && ::lstat(url->path.c_str(), &status) == 0;
-}
-
 // "the package "geany"".
 std::string described(const PackageOwner& owner) {
   switch (owner.kind) {
@@ -64,37 +60,35 @@ std::string described(const PackageOwner& owner) {
   return {};
 }
 
-std::string selectionSummary(const std::vector<AppRelatedData>& items) {
-  std::size_t count = 0;
-  std::uint64_t bytes = 0;
-  for (const AppRelatedData& item : items) {
-    if (!item.isSelected) continue;
-    ++count;
-    bytes += item.fileSize;
-  }
-  return std::to_string(count) + (count == 1 ? " file selected (" : " files selected (") +
-         formatByteCount(bytes) + ")";
+// A folder as a reader of the item's row knows it: by its name where only one folder of the item's path has
+// that, else by its path.
+std::string nameOfFolder(const std::string& folder, const std::string& item) {
+  const std::string name = lastPathComponent(folder);
+  const std::string component = "/" + name + "/";
+  const std::string within = item + "/";
+  const std::size_t first = within.find(component);
+  const bool isOnlyOne = first != std::string::npos && within.find(component, first + 1) == std::string::npos;
+  return isOnlyOne && isBelow(item, folder) ? name : folder;
 }
 
 }  // namespace
 
-TWUninstallerViewController::TWUninstallerViewController(const Services& services,
-                                                         std::shared_ptr<UninstalledApp> record,
+TWUninstallerViewController::TWUninstallerViewController(const Services& services, UninstalledApp record,
                                                          std::string path, std::string displayName,
                                                          Origin origin)
     : appPath(std::move(path)),
-      uninstalledApp(std::move(record)),
+      uninstalledApp(std::make_shared<UninstalledApp>(std::move(record))),
       isAlreadyUninstalled(origin == Origin::history),
       isHistory(origin == Origin::history),
       services_(services),
       displayName_(std::move(displayName)),
+      selection_(uninstalledApp->appRelatedData),
       remarks_(uninstalledApp->appRelatedData.size()) {}
 
 std::shared_ptr<TWUninstallerViewController> TWUninstallerViewController::forScan(
     const Services& services, ScanRequest request, const std::string& displayName,
     std::function<void()> disappeared) {
-  auto record = std::make_shared<UninstalledApp>();
-  record->appName = FileUrl::fromPath(request.bundlePath);
+  UninstalledApp record{FileUrl::fromPath(request.bundlePath), {}};
   std::shared_ptr<TWUninstallerViewController> controller(new TWUninstallerViewController(
       services, std::move(record), request.bundlePath, displayName, Origin::scan));
   if (!controller->makeWindow(displayName, std::move(disappeared))) return nullptr;
@@ -103,11 +97,11 @@ std::shared_ptr<TWUninstallerViewController> TWUninstallerViewController::forSca
 }
 
 std::shared_ptr<TWUninstallerViewController> TWUninstallerViewController::forHistory(
-    const Services& services, std::shared_ptr<UninstalledApp> record, const std::string& displayName,
+    const Services& services, const UninstalledApp& record, const std::string& displayName,
     std::function<void()> disappeared) {
-  std::string path = record->appName ? record->appName->path : std::string();
-  std::shared_ptr<TWUninstallerViewController> controller(new TWUninstallerViewController(
-      services, std::move(record), std::move(path), displayName, Origin::history));
+  std::string path = record.appName ? record.appName->path : std::string();
+  std::shared_ptr<TWUninstallerViewController> controller(
+      new TWUninstallerViewController(services, record, std::move(path), displayName, Origin::history));
   if (!controller->makeWindow(displayName + kHistorySuffix, std::move(disappeared))) return nullptr;
   controller->loadRecord();
   return controller;
@@ -116,14 +110,12 @@ std::shared_ptr<TWUninstallerViewController> TWUninstallerViewController::forHis
 bool TWUninstallerViewController::makeWindow(const std::string& title, std::function<void()> disappeared) {
   // The window is the controller's own, so its events never come after the controller has gone.
   window_ = services_.reviewWindows.make(
-      {[this](std::size_t row, bool isSelected) { selectionChanged(row, isSelected); },
+      {[this](const ReviewSelection::Rows& rows, bool isSelected) { selectionChanged(rows, isSelected); },
        [this](std::size_t row) {
-         if (!hasItem(row)) return;
          if (const auto& url = uninstalledApp->appRelatedData[row].filePath)
            services_.workspace.reveal({*url});
        },
        [this](std::size_t row) {
-         if (!hasItem(row)) return;
          previewItem = uninstalledApp->appRelatedData[row].filePath;
          if (previewItem) services_.previewPanel.preview(*previewItem);
        },
@@ -141,6 +133,10 @@ bool TWUninstallerViewController::makeWindow(const std::string& title, std::func
 }
 
 void TWUninstallerViewController::orderFront() {
+  if (isAlreadyUninstalled) {
+    showWhatIsLeft();
+    showAllRows();
+  }
   window_->orderFrontRegardless();
 }
 
@@ -149,13 +145,14 @@ void TWUninstallerViewController::loadRecord() {
   window_->setDeleteDetailedInfo(kLoadingRecordStatus);
   window_->setFileSelectedInfo(std::nullopt);
   window_->setSpinner(std::nullopt);
-  showRows();
-  const auto& items = uninstalledApp->appRelatedData;
-  const bool anyLeft = std::any_of(items.begin(), items.end(),
-                                   [](const AppRelatedData& item) { return itemExists(item.filePath); });
-  window_->setDeleteDetailedInfo(anyLeft ? kFilesLeftStatus : kNoFilesLeftStatus);
-  window_->showWindow();
+  showWhatIsLeft();
+  std::vector<ReviewRow> rows;
+  rows.reserve(remarks_.size());
+  for (std::size_t row = 0; row < remarks_.size(); ++row)
+    rows.push_back(rowOf(row));
+  window_->appendRows(std::move(rows));
   openWindow_ = services_.openWindows.open();
+  window_->showWindow();
   services_.runLoop.async([weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->warnAboutTooManyFiles();
   });
@@ -166,26 +163,33 @@ void TWUninstallerViewController::startScan(ScanRequest request) {
   window_->setDeleteDetailedInfo(kFreshStatus);
   window_->setFileSelectedInfo(kNoFilesSelected);
   window_->setSpinner(kSpinnerMessage);
-  window_->showWindow();
   openWindow_ = services_.openWindows.open();
+  window_->showWindow();
   scan_ = std::make_unique<RelatedFileScan>(
       services_.runLoop, services_.text, std::move(request),
       [this](std::vector<ScannedItem> items) { append(std::move(items)); }, [this] { scanFinished(); });
 }
 
 void TWUninstallerViewController::append(std::vector<ScannedItem> items) {
-  std::vector<ReviewRow> rows;
+  using NewRow = ReviewSelection::NewRow;
+  const std::size_t first = remarks_.size();
+  std::vector<NewRow> added;
   for (ScannedItem& item : items) {
-    std::optional<std::string> protection;
-    if (item.owner) {
-      protection = "This belongs to " + described(*item.owner) + " and goes when that is removed.";
-      tellOwner(remarks_.size(), *item.owner);
-    }
-    uninstalledApp->appRelatedData.push_back(std::move(item.data));
-    remarks_.push_back({std::move(item.caution), std::move(protection)});
-    rows.push_back(rowOf(remarks_.size() - 1));
+    if (item.owner) tellOwner(remarks_.size(), *item.owner);
+    remarks_.push_back(
+        {std::move(item.caution), item.owner ? std::optional(described(*item.owner)) : std::nullopt});
+    added.push_back({std::move(item.data), std::move(item.place),
+                     item.owner ? NewRow::Protection::full : NewRow::Protection::none});
   }
+  const ReviewSelection::Sum before = selection_.sum();
+  ReviewSelection::Rows changed = selection_.append(std::move(added));
+  std::erase_if(changed, [first](std::size_t row) { return row >= first; });
+  std::vector<ReviewRow> rows;
+  for (std::size_t row = first; row < remarks_.size(); ++row)
+    rows.push_back(rowOf(row));
   window_->appendRows(std::move(rows));
+  showRows(changed);
+  if (selection_.sum() != before) showSummary();
 }
 
 void TWUninstallerViewController::tellOwner(std::size_t row, const PackageOwner& owner) {
@@ -216,28 +220,38 @@ void TWUninstallerViewController::warnAboutTooManyFiles() {
                         "");
 }
 
-bool TWUninstallerViewController::hasItem(std::size_t row) const {
-  return row < uninstalledApp->appRelatedData.size() && row < remarks_.size();
+void TWUninstallerViewController::selectionChanged(const ReviewSelection::Rows& rows, bool isSelected) {
+  const ReviewSelection::Rows changed = isSelected ? selection_.tick(rows) : selection_.clear(rows);
+  if (changed.empty()) return;
+  showRows(changed);
+  showSummary();
 }
 
-void TWUninstallerViewController::selectionChanged(std::size_t row, bool isSelected) {
-  if (!hasItem(row)) return;
-  if (isSelected && remarks_[row].protection) {
-    showRows();
-    return;
+void TWUninstallerViewController::showSummary() {
+  if (isHistory) return;
+  const auto [count, bytes] = selection_.sum();
+  window_->setFileSelectedInfo(std::to_string(count) +
+                               (count == 1 ? " file selected (" : " files selected (") +
+                               formatByteCount(bytes) + ")");
+}
+
+// Asked again at the last moment, for the folder and for every row in it: what a package owns is the
+// package's, whoever selected it. And a link that has come into the way must not lead to something else than
+// what was shown.
+bool TWUninstallerViewController::mayBeTrashed(std::size_t row) const {
+  for (const std::size_t other : selection_.atOrBelow(row)) {
+    if (services_.packages.ownerOf(uninstalledApp->appRelatedData[other].filePath->path)) return false;
   }
-  uninstalledApp->appRelatedData[row].isSelected = isSelected;
-  if (!isHistory) window_->setFileSelectedInfo(selectionSummary(uninstalledApp->appRelatedData));
+  return placeOfRelatedFile(selection_.place(row)) == selection_.place(row);
 }
 
-// Asked again at the last moment: what a package owns is the package's, whoever selected it.
-bool TWUninstallerViewController::mayBeTrashed(const AppRelatedData& item) const {
-  return item.isSelected && item.filePath && !services_.packages.ownerOf(item.filePath->path);
-}
-
+// By their places, so that what is reached through a link does not depend on whether that has gone before.
 void TWUninstallerViewController::trashSelectedItems() {
-  for (const AppRelatedData& item : uninstalledApp->appRelatedData) {
-    if (mayBeTrashed(item)) services_.fileManager.trashItem(*item.filePath);
+  for (const std::size_t row : selection_.outermost()) {
+    if (mayBeTrashed(row)) {
+      services_.fileManager.trashItem(
+          {selection_.place(row), uninstalledApp->appRelatedData[row].filePath->isDirectory});
+    }
   }
 }
 
@@ -249,15 +263,17 @@ void TWUninstallerViewController::deleteButtonClicked() {
   services_.uninstaller.saveUninstalledApp(*uninstalledApp);
   window_->setDeleteButton(DeleteButton::disabled);
 
+  lookForItems();
   bool anyDeleted = false;
   bool anyFailed = false;
-  for (const AppRelatedData& item : uninstalledApp->appRelatedData) {
+  for (std::size_t row = 0; row < remarks_.size(); ++row) {
+    const AppRelatedData& item = uninstalledApp->appRelatedData[row];
     if (!item.isSelected || !item.filePath) continue;
-    if (itemExists(item.filePath)) {
-      anyFailed = true;
-    } else {
+    if (remarks_[row].isGone) {
       anyDeleted = true;
       services_.applications.remove(item.filePath->path);
+    } else {
+      anyFailed = true;
     }
   }
   const Outcome& outcome = !anyDeleted ? kUnsuccessful : anyFailed ? kPartly : kSuccessful;
@@ -265,22 +281,61 @@ void TWUninstallerViewController::deleteButtonClicked() {
   window_->setDeleteDetailedInfo(outcome.status);
   window_->setFileSelectedInfo(kNoFilesSelected);
   isAlreadyUninstalled = true;
-  showRows();
+  showAllRows();
 }
 
-ReviewRow TWUninstallerViewController::rowOf(std::size_t index) const {
-  const AppRelatedData& item = uninstalledApp->appRelatedData[index];
-  return {item.filePath,           item.fileSize,
-          item.isSelected,         !isAlreadyUninstalled || itemExists(item.filePath),
-          remarks_[index].caution, remarks_[index].protection};
+// A link counts whether or not it leads anywhere.
+bool TWUninstallerViewController::itemExists(std::size_t row) const {
+  struct stat status;
+  return !selection_.place(row).empty() && ::lstat(selection_.place(row).c_str(), &status) == 0;
 }
 
-void TWUninstallerViewController::showRows() {
-  std::vector<ReviewRow> rows;
-  rows.reserve(remarks_.size());
-  for (std::size_t i = 0; i < remarks_.size(); ++i)
-    rows.push_back(rowOf(i));
-  window_->setRows(std::move(rows));
+void TWUninstallerViewController::lookForItems() {
+  for (std::size_t row = 0; row < remarks_.size(); ++row)
+    remarks_[row].isGone = !itemExists(row);
+}
+
+void TWUninstallerViewController::showWhatIsLeft() {
+  lookForItems();
+  const bool isAnyLeft =
+      std::any_of(remarks_.begin(), remarks_.end(), [](const Remarks& remarks) { return !remarks.isGone; });
+  window_->setDeleteDetailedInfo(isAnyLeft ? kFilesLeftStatus : kNoFilesLeftStatus);
+}
+
+std::optional<std::string> TWUninstallerViewController::protectionOf(std::size_t row) const {
+  constexpr const char* kGoesWhenRemoved = " and goes when that is removed.";
+  if (remarks_[row].owner) return "This belongs to " + *remarks_[row].owner + kGoesWhenRemoved;
+  const auto inner = selection_.protectedRowBelow(row);
+  if (!inner) return std::nullopt;
+  return "This holds \"" + lastPathComponent(uninstalledApp->appRelatedData[*inner].filePath->path) +
+         "\", which belongs to " + *remarks_[*inner].owner + kGoesWhenRemoved;
+}
+
+std::optional<std::string> TWUninstallerViewController::companionOf(std::size_t row) const {
+  const auto outer = selection_.goesWith(row);
+  if (!outer) return std::nullopt;
+  const auto& items = uninstalledApp->appRelatedData;
+  return "Goes with " + nameOfFolder(items[*outer].filePath->path, items[row].filePath->path);
+}
+
+ReviewRow TWUninstallerViewController::rowOf(std::size_t row) const {
+  const AppRelatedData& item = uninstalledApp->appRelatedData[row];
+  return {item.filePath,         item.fileSize,     item.isSelected, !remarks_[row].isGone,
+          remarks_[row].caution, protectionOf(row), companionOf(row)};
+}
+
+void TWUninstallerViewController::showRows(const ReviewSelection::Rows& rows) {
+  std::vector<ReviewRowUpdate> updates;
+  updates.reserve(rows.size());
+  for (const std::size_t row : rows)
+    updates.push_back({row, rowOf(row)});
+  window_->updateRows(std::move(updates));
+}
+
+void TWUninstallerViewController::showAllRows() {
+  ReviewSelection::Rows all(remarks_.size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  showRows(all);
 }
 
 }  // namespace harbor

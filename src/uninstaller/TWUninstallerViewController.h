@@ -16,6 +16,7 @@
 #include "platform/SoftwarePackages.h"
 #include "platform/Workspace.h"
 #include "uninstaller/RelatedFileScan.h"
+#include "uninstaller/ReviewSelection.h"
 #include "uninstaller/TWApplications.h"
 #include "uninstaller/TWUninstaller.h"
 
@@ -38,21 +39,23 @@ class TWUninstallerViewController : public std::enable_shared_from_this<TWUninst
     SoftwarePackages& packages;
   };
 
-  // A fresh review of the application, or one of a stored record. `disappeared` is called once the user has
-  // closed the window; the controller may be dropped from within.
+  // A fresh review of the application, or one of a stored record, which the window goes on showing as it is
+  // now. `disappeared` is called once the user has closed the window; the controller may be dropped from
+  // within.
   static std::shared_ptr<TWUninstallerViewController> forScan(const Services& services, ScanRequest request,
                                                               const std::string& displayName,
                                                               std::function<void()> disappeared);
   static std::shared_ptr<TWUninstallerViewController> forHistory(const Services& services,
-                                                                 std::shared_ptr<UninstalledApp> record,
+                                                                 const UninstalledApp& record,
                                                                  const std::string& displayName,
                                                                  std::function<void()> disappeared);
 
-  // Brings the open window to the front.
+  // Brings the open window to the front. After a deletion, and for a record, it shows again which files are
+  // left.
   void orderFront();
 
   const std::string appPath;
-  std::shared_ptr<UninstalledApp> uninstalledApp;
+  const std::shared_ptr<UninstalledApp> uninstalledApp;
   std::optional<FileUrl> previewItem;
   bool isAlreadyUninstalled = false;  // a deletion run has happened, or the record comes from the history
   const bool isHistory;
@@ -60,8 +63,8 @@ class TWUninstallerViewController : public std::enable_shared_from_this<TWUninst
 
  private:
   enum class Origin { scan, history };
-  TWUninstallerViewController(const Services& services, std::shared_ptr<UninstalledApp> record,
-                              std::string path, std::string displayName, Origin origin);
+  TWUninstallerViewController(const Services& services, UninstalledApp record, std::string path,
+                              std::string displayName, Origin origin);
 
   bool makeWindow(const std::string& title, std::function<void()> disappeared);
   void loadRecord();
@@ -71,23 +74,31 @@ class TWUninstallerViewController : public std::enable_shared_from_this<TWUninst
   void append(std::vector<ScannedItem> items);
   // Says in the window which package the application, or the program that it starts, came with.
   void tellOwner(std::size_t row, const PackageOwner& owner);
-  // A deletion in another window of the same application gives the shared record other items.
-  bool hasItem(std::size_t row) const;
-  void selectionChanged(std::size_t row, bool isSelected);
+  void selectionChanged(const ReviewSelection::Rows& rows, bool isSelected);
   void deleteButtonClicked();
-  bool mayBeTrashed(const AppRelatedData& item) const;
+  bool mayBeTrashed(std::size_t row) const;
   void trashSelectedItems();
-  ReviewRow rowOf(std::size_t index) const;
-  void showRows();
+  bool itemExists(std::size_t row) const;
+  // Finds out which items are left; no row shows it yet.
+  void lookForItems();
+  void showWhatIsLeft();
+  std::optional<std::string> protectionOf(std::size_t row) const;
+  std::optional<std::string> companionOf(std::size_t row) const;
+  ReviewRow rowOf(std::size_t row) const;
+  void showSummary();
+  void showRows(const ReviewSelection::Rows& rows);
+  void showAllRows();
 
   // What a row says beside its item.
   struct Remarks {
     std::optional<std::string> caution;
-    std::optional<std::string> protection;
+    std::optional<std::string> owner;  // the package that the item came with, as in a sentence
+    bool isGone = false;               // shown disabled
   };
 
   Services services_;
   std::string displayName_;
+  ReviewSelection selection_;
   std::vector<Remarks> remarks_;  // one for each item
   bool isOwnerTold_ = false;
   std::unique_ptr<ReviewWindow> window_;

@@ -84,7 +84,7 @@ void UninstallerController::showUninstalledApp(const MenuItem& sender) {
   if (orderFront(historyWindows_, path)) return;
   for (const auto& app : services_.uninstaller.uninstalledApps) {
     if (!app->appName || app->appName->path != path) continue;
-    if (auto window = TWUninstallerViewController::forHistory(services_, app, bundles_.displayName(path),
+    if (auto window = TWUninstallerViewController::forHistory(services_, *app, bundles_.displayName(path),
                                                               remover(historyWindows_, path))) {
       historyWindows_.push_back(std::move(window));
     }

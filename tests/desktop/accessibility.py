@@ -42,6 +42,10 @@ class Node:
         name = self._ask("org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Name", otherwise="")
         return str(name).strip(DIRECTION_MARK)
 
+    def description(self):
+        found = self._ask("org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Description", otherwise="")
+        return str(found)
+
     def role(self):
         return str(self._ask(ACCESSIBLE, "GetRoleName", "", otherwise=""))
 

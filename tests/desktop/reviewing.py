@@ -129,6 +129,9 @@ class UninstallerCase(DesktopCase):
         self.screen.click(left + 10, (top + bottom) // 2)
         wait_for("the box to change", lambda: box.has_state(STATE_CHECKED) != was_ticked)
 
+    def is_ticked(self, path, title="Sketchbook"):
+        return self.row(path, title)[0].has_state(STATE_CHECKED)
+
     def selection(self):
         [text] = [text for text in self.label_texts(self.window_node("Sketchbook")) if "elected (" in text]
         return text

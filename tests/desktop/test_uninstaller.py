@@ -124,6 +124,108 @@ class WithoutMouse(UninstallerCase):
         self.assertTrue(self.row(self.entry)[0].has_state(STATE_ENABLED))
 
 
+class Nested(UninstallerCase):
+    """A folder whose contents are listed as well."""
+
+    def install(self):
+        super().install()
+        self.folder = self.desktop.config / "sketchbook"
+        self.brushes = self.folder / "sketchbook.brushes"
+        self.layout = self.folder / "sketchbook.layout"
+        self.folder.mkdir(parents=True)
+        self.brushes.write_text("x" * 300)
+        self.layout.write_text("x" * 200)
+        # A folder that is kept elsewhere, with a link in its place.
+        self.kept = self.desktop.home / "kept"
+        self.kept.mkdir()
+        (self.kept / "sketchbook.themes").write_text("x" * 50)
+        self.link = self.desktop.config / "sketchbook-themes"
+        self.link.symlink_to(self.kept)
+        self.through = self.link / "sketchbook.themes"
+
+    def ticked(self, title="Sketchbook"):
+        paths = (self.folder, self.brushes, self.layout, self.link, self.through)
+        return [path.name for path in paths if self.is_ticked(path, title)]
+
+    def test_ticks_what_goes_with_a_folder_and_says_so(self):
+        self.review()
+        self.tick(self.folder)
+        self.wait_for_label("3 files selected (500 bytes)")
+        self.assertEqual(self.ticked(), [self.folder.name, self.brushes.name, self.layout.name])
+        for path in (self.brushes, self.layout):
+            self.assertEqual(self.row(path)[0].description(), "Goes with sketchbook")
+            self.assertTrue(self.row(path)[0].has_state(STATE_ENABLED))
+        self.assertEqual(self.row(self.folder)[0].description(), "")
+        self.press_delete()
+        self.assertEqual(self.outcome(), "Successful")
+        self.assertEqual(self.trashed, ["sketchbook"])
+        inside = self.desktop.data / "Trash/files/sketchbook"
+        self.assertEqual(sorted(item.name for item in inside.iterdir()), [self.brushes.name, self.layout.name])
+        for path in (self.folder, self.brushes, self.layout):
+            wait_for("the row to be disabled", lambda: not self.row(path)[0].has_state(STATE_ENABLED))
+
+        self.screen.press_key("Escape")
+        wait_for("the window to go", lambda: not self.windows("Sketchbook"))
+        self.tray.choose(*HISTORY, "Sketchbook")
+        title = wait_for("the window of the history", self.history_title)
+        self.assertEqual(self.ticked(title), [self.folder.name, self.brushes.name, self.layout.name])
+
+    def test_keeps_what_is_cleared_and_the_folder_around_it(self):
+        self.review()
+        self.tick(self.folder)
+        self.tick(self.brushes)
+        self.wait_for_label("1 file selected (200 bytes)")
+        self.assertEqual(self.ticked(), [self.layout.name])
+        self.assertEqual(self.row(self.layout)[0].description(), "")
+        self.press_delete()
+        self.assertEqual(self.outcome(), "Successful")
+        self.assertEqual(self.trashed, [self.layout.name])
+        self.assertEqual(self.brushes.read_text(), "x" * 300)
+
+    def test_a_link_goes_alone(self):
+        self.review()
+        self.tick(self.link)
+        wait_for("the summary", lambda: self.selection().startswith("1 file selected ("))
+        self.assertEqual(self.ticked(), [self.link.name])
+        self.press_delete()
+        self.assertEqual(self.outcome(), "Successful")
+        self.assertEqual(self.trashed, [self.link.name])
+        self.assertEqual([item.name for item in self.kept.iterdir()], [self.through.name])
+
+    def test_the_keyboard_ticks_and_clears_all_rows_and_the_table_stays_where_it_is(self):
+        self.review()
+        names = self.names()
+        self.screen.press_key("Home", "Control_L")
+        self.screen.press_key("a", "Control_L")
+        self.screen.press_key("space")
+        wait_for("all ticks", lambda: self.selection().startswith(f"{len(names)} files selected ("))
+        self.screen.press_key("space")
+        self.wait_for_label("0 files selected (Zero KB)")
+        self.assertEqual(self.names(), names)
+
+    def test_an_open_history_shows_its_record_whatever_is_deleted_meanwhile(self):
+        self.review()
+        self.tick(self.preferences)
+        self.press_delete()
+        self.assertEqual(self.outcome(), "Successful")
+        self.screen.press_key("Escape")
+        wait_for("the window to go", lambda: not self.windows("Sketchbook"))
+        self.tray.choose(*HISTORY, "Sketchbook")
+        title = wait_for("the window of the history", self.history_title)
+        names = self.names(title)
+        self.review()  # finds one row less
+        self.assertEqual(len(self.names()), len(names) - 1)
+        self.tick(self.brushes)
+        self.press_delete()
+        self.assertEqual(self.outcome(), "Successful")
+        self.assertEqual(self.names(title), names)
+        self.tray.choose(*HISTORY, "Sketchbook")
+        self.wait_for_active(title)
+        wait_for("the row to be disabled", lambda: not self.row(self.brushes, title)[0].has_state(STATE_ENABLED))
+        self.screen.click(*center(self.row(self.layout, title)[5].place()))
+        self.wait_for_active(self.layout.name)
+
+
 class WithoutPermission(UninstallerCase):
     def start(self):
         """The folder of the preferences cannot be written to, nor may the superuser pass over that."""

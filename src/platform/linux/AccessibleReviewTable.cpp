@@ -271,6 +271,9 @@ void AccessibleReviewTable::modelChange(QAccessibleTableModelChangeEvent* event)
     changed.checked = true;
     QAccessibleStateChangeEvent tick(QAccessible::accessibleInterface(box->second), changed);
     QAccessible::updateAccessibility(&tick);
+    QAccessibleEvent description(QAccessible::accessibleInterface(box->second),
+                                 QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&description);
   }
 }
 

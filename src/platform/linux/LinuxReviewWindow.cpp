@@ -22,11 +22,11 @@ LinuxReviewWindow::~LinuxReviewWindow() {
 void LinuxReviewWindow::setTitle(const std::string& title) {
   widget_->setWindowTitle(withoutControls(title));
 }
-void LinuxReviewWindow::setRows(std::vector<ReviewRow> rows) {
-  widget_->model().setRows(std::move(rows));
-}
 void LinuxReviewWindow::appendRows(std::vector<ReviewRow> rows) {
   widget_->model().appendRows(std::move(rows));
+}
+void LinuxReviewWindow::updateRows(std::vector<ReviewRowUpdate> updates) {
+  widget_->model().updateRows(std::move(updates));
 }
 void LinuxReviewWindow::setFileSelectedInfo(const std::optional<std::string>& text) {
   widget_->setSummary(text);

@@ -16,8 +16,8 @@ class LinuxReviewWindow : public ReviewWindow {
   ~LinuxReviewWindow() override;
 
   void setTitle(const std::string& title) override;
-  void setRows(std::vector<ReviewRow> rows) override;
   void appendRows(std::vector<ReviewRow> rows) override;
+  void updateRows(std::vector<ReviewRowUpdate> updates) override;
   void setFileSelectedInfo(const std::optional<std::string>& text) override;
   void setDeleteDetailedInfo(const std::string& text) override;
   void setDeleteButton(DeleteButton state) override;

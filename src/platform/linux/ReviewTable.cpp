@@ -203,25 +203,32 @@ void ReviewTable::press(const QModelIndex& index) {
 
 void ReviewTable::toggle(const QModelIndex& index) {
   const QModelIndex row = sorted_->mapToSource(index);
-  if (!row.isValid()) return;
-  const Qt::CheckState state = model_.row(row.row()).isSelected ? Qt::Unchecked : Qt::Checked;
-  model_.setData(row.siblingAtColumn(ReviewTableModel::checkColumn), state, Qt::CheckStateRole);
+  if (row.isValid()) toggle(QList{row.row()});
+}
+
+// As the first of the rows whose box may be used.
+void ReviewTable::toggle(const QList<int>& rows) {
+  const auto first =
+      std::find_if(rows.begin(), rows.end(), [this](int row) { return model_.mayBeTicked(row); });
+  if (first == rows.end()) return;
+  model_.requestTicks(rows, model_.row(*first).isSelected ? Qt::Unchecked : Qt::Checked);
 }
 
 void ReviewTable::toggleSelectedRows() {
-  const QModelIndex current = sorted_->mapToSource(currentIndex());
-  if (!current.isValid()) return;
+  if (!currentIndex().isValid()) return;
   // By their names: a box that is disabled counts as not selected, and its whole row with it.
-  const QModelIndexList selected = selectionModel()->selectedRows(ReviewTableModel::nameColumn);
-  if (!selected.contains(currentIndex().siblingAtColumn(ReviewTableModel::nameColumn))) {
-    toggle(currentIndex());
+  QModelIndexList selected = selectionModel()->selectedRows(ReviewTableModel::nameColumn);
+  const QModelIndex current = currentIndex().siblingAtColumn(ReviewTableModel::nameColumn);
+  const auto found = std::find(selected.begin(), selected.end(), current);
+  if (found == selected.end()) {
+    toggle(current);
     return;
   }
-  const Qt::CheckState state = model_.row(current.row()).isSelected ? Qt::Unchecked : Qt::Checked;
-  for (const QModelIndex& index : selected) {
-    const QModelIndex row = sorted_->mapToSource(index);
-    model_.setData(row.siblingAtColumn(ReviewTableModel::checkColumn), state, Qt::CheckStateRole);
-  }
+  std::iter_swap(selected.begin(), found);
+  QList<int> rows;
+  for (const QModelIndex& index : selected)
+    rows.append(sorted_->mapToSource(index).row());
+  toggle(rows);
 }
 
 void ReviewTable::sortFurther(int column) {

@@ -39,8 +39,10 @@ class ReviewTable : public QTableView {
   void makeHeader();
   // Shares what the other columns leave between names and folders.
   void shareWidth();
-  // Space ticks or clears all selected rows; the current one alone when it is not among them.
+  // Space ticks or clears all selected rows as it would the current one, which it ticks or clears alone when
+  // that is not among them.
   void toggleSelectedRows();
+  void toggle(const QList<int>& rows);
   void addSorting(QMenu& menu);
 
   ReviewTableModel& model_;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QStyle>
+#include <algorithm>
 #include <iterator>
 
 #include "base/ByteCount.h"
@@ -28,26 +29,6 @@ ReviewTableModel::ReviewTableModel(QObject* parent)
       fileIcon_(QApplication::style()->standardIcon(QStyle::SP_FileIcon)),
       cautionIcon_(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning)) {}
 
-void ReviewTableModel::setRows(std::vector<ReviewRow> rows) {
-  // The same rows in another state keep the table's place and the user's current cell.
-  if (rows.size() == rows_.size() && !rows.empty()) {
-    rows_ = std::move(rows);
-    makeSortKeys();
-    emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-    return;
-  }
-  beginResetModel();
-  rows_ = std::move(rows);
-  makeSortKeys();
-  endResetModel();
-}
-
-void ReviewTableModel::makeSortKeys() {
-  sortKeys_.clear();
-  for (const ReviewRow& row : rows_)
-    sortKeys_.push_back(sortKeysOf(row));
-}
-
 void ReviewTableModel::appendRows(std::vector<ReviewRow> rows) {
   if (rows.empty()) return;
   const int first = rowCount();
@@ -56,6 +37,16 @@ void ReviewTableModel::appendRows(std::vector<ReviewRow> rows) {
   beginInsertRows({}, first, first + static_cast<int>(rows.size()) - 1);
   rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
   endInsertRows();
+}
+
+void ReviewTableModel::updateRows(std::vector<ReviewRowUpdate> updates) {
+  for (std::size_t i = 0; i < updates.size();) {
+    const std::size_t first = updates[i].row;
+    std::size_t end = first;
+    for (; i < updates.size() && updates[i].row == end; ++i, ++end)
+      rows_[end] = std::move(updates[i].now);
+    emit dataChanged(index(static_cast<int>(first), 0), index(static_cast<int>(end) - 1, columnCount() - 1));
+  }
 }
 
 int ReviewTableModel::rowCount(const QModelIndex& parent) const {
@@ -84,15 +75,23 @@ QVariant ReviewTableModel::text(const ReviewRow& row, int column) const {
   }
 }
 
+std::string ReviewTableModel::remarks(const ReviewRow& row, int column) {
+  std::string text;
+  const auto add = [&text](const std::optional<std::string>& remark) {
+    if (remark) text += (text.empty() ? "" : "\n") + *remark;
+  };
+  if (column == checkColumn) add(row.protection);
+  add(row.goesWith);
+  add(row.caution);
+  return text;
+}
+
 QVariant ReviewTableModel::toolTip(const ReviewRow& row, int column) const {
-  if (column == checkColumn && row.protection) return toolTipText(*row.protection);
-  const std::string path = row.filePath ? row.filePath->path : std::string();
-  if (column == nameColumn && row.caution)
-    return toolTipText(*row.caution + (path.empty() ? "" : "\n" + path));
-  if (!row.filePath) return {};
-  if (column == revealColumn) return tr("Show in the file manager");
-  if (column == quickLookColumn) return tr("Show what is in it");
-  return toolTipText(path);
+  if (row.filePath && column == revealColumn) return tr("Show in the file manager");
+  if (row.filePath && column == quickLookColumn) return tr("Show what is in it");
+  std::string tip = remarks(row, column);
+  if (row.filePath) tip += (tip.empty() ? "" : "\n") + row.filePath->path;
+  return tip.empty() ? QVariant() : toolTipText(tip);
 }
 
 QVariant ReviewTableModel::accessibleText(const ReviewRow& row, int column) const {
@@ -150,21 +149,27 @@ QVariant ReviewTableModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
       return accessibleText(item, column);
     case Qt::AccessibleDescriptionRole:
-      if (column == checkColumn && item.protection) return QString::fromStdString(*item.protection);
-      return item.caution ? QVariant(QString::fromStdString(*item.caution)) : QVariant();
+      return QString::fromStdString(remarks(item, column));
     default:
       return {};
   }
 }
 
 bool ReviewTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (role != Qt::CheckStateRole || index.column() != checkColumn || !(flags(index) & Qt::ItemIsEnabled))
-    return false;
-  const bool isSelected = value.toInt() == Qt::Checked;
-  rows_[static_cast<std::size_t>(index.row())].isSelected = isSelected;
-  emit dataChanged(index, index, {Qt::CheckStateRole});
-  emit selectionChanged(index.row(), isSelected);
+  if (role != Qt::CheckStateRole || index.column() != checkColumn || !mayBeTicked(index.row())) return false;
+  requestTicks({index.row()}, static_cast<Qt::CheckState>(value.toInt()));
   return true;
+}
+
+void ReviewTableModel::requestTicks(const QList<int>& rows, Qt::CheckState state) {
+  QList<int> usable;
+  std::copy_if(rows.begin(), rows.end(), std::back_inserter(usable),
+               [this](int row) { return mayBeTicked(row); });
+  if (!usable.empty()) emit ticksRequested(usable, state == Qt::Checked);
+}
+
+bool ReviewTableModel::mayBeTicked(int row) const {
+  return flags(index(row, checkColumn)) & Qt::ItemIsEnabled;
 }
 
 QVariant ReviewTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

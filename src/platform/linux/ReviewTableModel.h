@@ -25,8 +25,8 @@ class ReviewTableModel : public QAbstractTableModel {
 
   explicit ReviewTableModel(QObject* parent = nullptr);
 
-  void setRows(std::vector<ReviewRow> rows);
   void appendRows(std::vector<ReviewRow> rows);
+  void updateRows(std::vector<ReviewRowUpdate> updates);
   const ReviewRow& row(int index) const { return rows_[static_cast<std::size_t>(index)]; }
 
   // Whether one row stands before another where the table is sorted by that column: letters whatever their
@@ -36,17 +36,23 @@ class ReviewTableModel : public QAbstractTableModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
+  // Asks for a tick, or for it to be taken; the box changes when the row comes back.
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  // The same for all of the rows whose box may be used.
+  void requestTicks(const QList<int>& rows, Qt::CheckState state);
+  bool mayBeTicked(int row) const;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  signals:
-  // The user ticked or cleared a row's box.
-  void selectionChanged(int row, bool isSelected);
+  // The user wants these rows, of which there is at least one, ticked or cleared.
+  void ticksRequested(const QList<int>& rows, bool isSelected);
 
  private:
   QVariant text(const ReviewRow& row, int column) const;
   QVariant toolTip(const ReviewRow& row, int column) const;
+  // What is said about the row beside its item, each on a line.
+  static std::string remarks(const ReviewRow& row, int column);
   QVariant accessibleText(const ReviewRow& row, int column) const;
   // Thousands of rows are sorted anew while more of them arrive: what they are compared by is made once.
   struct SortKeys {
@@ -54,7 +60,6 @@ class ReviewTableModel : public QAbstractTableModel {
     QString folder;
   };
   SortKeys sortKeysOf(const ReviewRow& row) const;
-  void makeSortKeys();
 
   std::vector<ReviewRow> rows_;
   std::vector<SortKeys> sortKeys_;  // one for each row

@@ -84,8 +84,8 @@ ReviewWidget::ReviewWidget(ReviewWindowEvents events)
       if (const auto clicked = events_.deleteButtonClicked) clicked();
     });
   });
-  connect(model_, &ReviewTableModel::selectionChanged, this, [this](int row, bool isSelected) {
-    if (events_.selectionChanged) events_.selectionChanged(static_cast<std::size_t>(row), isSelected);
+  connect(model_, &ReviewTableModel::ticksRequested, this, [this](const QList<int>& rows, bool isSelected) {
+    if (events_.selectionChanged) events_.selectionChanged({rows.begin(), rows.end()}, isSelected);
   });
   connect(table_, &ReviewTable::revealClicked, this,
           [this](int row) { report(&ReviewWindowEvents::revealClicked, row); });

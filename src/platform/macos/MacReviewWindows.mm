@@ -111,12 +111,12 @@ void MacReviewWindow::setTitle(const std::string& title) {
   window_.setTitle(title);
 }
 
-void MacReviewWindow::setRows(std::vector<ReviewRow> rows) {
-  [table_ setRows:std::move(rows)];
-}
-
 void MacReviewWindow::appendRows(std::vector<ReviewRow> rows) {
   [table_ appendRows:std::move(rows)];
+}
+
+void MacReviewWindow::updateRows(std::vector<ReviewRowUpdate> updates) {
+  [table_ updateRows:std::move(updates)];
 }
 
 void MacReviewWindow::setFileSelectedInfo(const std::optional<std::string>& text) {

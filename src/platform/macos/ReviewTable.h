@@ -11,6 +11,6 @@
 @interface HarborReviewTable : NSObject <NSTableViewDataSource, NSTableViewDelegate>
 @property(readonly, strong) NSScrollView* scrollView;
 - (instancetype)initWithEvents:(const harbor::ReviewWindowEvents&)events;
-- (void)setRows:(std::vector<harbor::ReviewRow>)rows;
 - (void)appendRows:(std::vector<harbor::ReviewRow>)rows;
+- (void)updateRows:(std::vector<harbor::ReviewRowUpdate>)updates;
 @end

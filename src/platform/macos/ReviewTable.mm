@@ -4,6 +4,8 @@
 #include <array>
 #include <iterator>
 #include <numeric>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "base/ByteCount.h"
@@ -37,6 +39,22 @@ SortKey keyOfFolder(const harbor::ReviewRow& row) {
 
 SortKey keyOfSize(const harbor::ReviewRow& row) {
   return {row.fileSize, ""};
+}
+
+// What is said about the row beside its item, each on a line.
+std::string remarks(const harbor::ReviewRow& row, const std::optional<std::string>& protection) {
+  std::string text;
+  for (const auto& remark : {protection, row.goesWith, row.caution}) {
+    if (remark) text += (text.empty() ? "" : "\n") + *remark;
+  }
+  return text;
+}
+
+// The remarks, which assistive technologies get as well, or else the other text.
+void showTip(NSControl* cell, const std::string& remarks, const std::string& otherwise) {
+  const std::string& tip = remarks.empty() ? otherwise : remarks;
+  cell.toolTip = tip.empty() ? nil : harbor::shownString(tip);
+  [cell setAccessibilityHelp:remarks.empty() ? nil : harbor::shownString(remarks)];
 }
 
 struct Column {
@@ -87,20 +105,6 @@ const std::array<Column, 6>& columns() {
   return self;
 }
 
-- (void)setRows:(std::vector<harbor::ReviewRow>)rows {
-  const bool isSameCount = rows.size() == _rows.size() && !rows.empty();
-  _rows = std::move(rows);
-  [self sort];
-  // The same rows in another state keep the table's place.
-  if (isSameCount) {
-    [_tableView
-        reloadDataForRowIndexes:[NSIndexSet indexSetWithIndexesInRange:NSMakeRange(0, _rows.size())]
-                  columnIndexes:[NSIndexSet indexSetWithIndexesInRange:NSMakeRange(0, columns().size())]];
-  } else {
-    [_tableView reloadData];
-  }
-}
-
 - (void)appendRows:(std::vector<harbor::ReviewRow>)rows {
   _rows.insert(_rows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
   [self sort];
@@ -110,6 +114,21 @@ const std::array<Column, 6>& columns() {
   } else {
     [_tableView noteNumberOfRowsChanged];
   }
+}
+
+- (void)updateRows:(std::vector<harbor::ReviewRowUpdate>)updates {
+  std::vector<bool> isUpdated(_rows.size());
+  for (harbor::ReviewRowUpdate& update : updates) {
+    _rows[update.row] = std::move(update.now);
+    isUpdated[update.row] = true;
+  }
+  NSMutableIndexSet* const lines = [NSMutableIndexSet indexSet];
+  for (std::size_t line = 0; line < _order.size(); ++line) {
+    if (isUpdated[_order[line]]) [lines addIndex:line];
+  }
+  [_tableView
+      reloadDataForRowIndexes:lines
+                columnIndexes:[NSIndexSet indexSetWithIndexesInRange:NSMakeRange(0, columns().size())]];
 }
 
 // Only the table's lines are sorted; without a sorted column they stand in the order of the rows.
@@ -202,7 +221,7 @@ const std::array<Column, 6>& columns() {
   cell.enabled = isUsable;
   if ([identifier isEqualToString:@"CheckboxIDCellView"]) {
     cell.enabled = isUsable && !row.protection;
-    cell.toolTip = row.protection ? harbor::shownString(*row.protection) : nil;
+    showTip(cell, remarks(row, row.protection), "");
     static_cast<NSButton*>(cell).state = row.isSelected ? NSControlStateValueOn : NSControlStateValueOff;
     NSString* const name =
         harbor::shownString(row.filePath ? harbor::lastPathComponent(row.filePath->path) : "");
@@ -213,10 +232,7 @@ const std::array<Column, 6>& columns() {
         [sign stringByAppendingString:row.filePath
                                           ? harbor::shownString(harbor::lastPathComponent(row.filePath->path))
                                           : @"(no file)"];
-    cell.toolTip = row.caution    ? harbor::shownString(*row.caution)
-                   : row.filePath ? harbor::shownString(row.filePath->path)
-                                  : nil;
-    [cell setAccessibilityHelp:row.caution ? harbor::shownString(*row.caution) : nil];
+    showTip(cell, remarks(row, std::nullopt), row.filePath ? row.filePath->path : "");
   } else if ([identifier isEqualToString:@"FolderIDCellView"]) {
     cell.stringValue = row.filePath ? harbor::shownString(folderOf(row.filePath->path)) : @"";
   } else if ([identifier isEqualToString:@"SizeIDCellView"]) {
@@ -224,19 +240,20 @@ const std::array<Column, 6>& columns() {
   }
 }
 
-// Events come after the click has been handled, never from within it.
+// Events come after the click has been handled, never from within it. The box shows the row's own state until
+// the row comes back.
 - (void)checkboxClicked:(NSButton*)sender {
   const auto row = static_cast<std::size_t>(sender.tag);
   const bool isSelected = sender.state == NSControlStateValueOn;
   if (row >= _rows.size()) return;
-  _rows[row].isSelected = isSelected;
+  sender.state = _rows[row].isSelected ? NSControlStateValueOn : NSControlStateValueOff;
   __weak HarborReviewTable* const weakSelf = self;
   harbor::onMainRunLoop([weakSelf, row, isSelected] { [weakSelf reportRow:row selected:isSelected]; });
 }
 
 - (void)reportRow:(std::size_t)row selected:(bool)isSelected {
   const auto changed = _events.selectionChanged;
-  if (changed) changed(row, isSelected);
+  if (changed) changed({row}, isSelected);
 }
 
 - (void)revealClicked:(NSButton*)sender {

@@ -21,9 +21,12 @@ class MemoryReviewWindows : public ReviewWindows {
     ~Window() override { std::erase(owner_.open, this); }
 
     void setTitle(const std::string& newTitle) override { title = newTitle; }
-    void setRows(std::vector<ReviewRow> newRows) override { rows = std::move(newRows); }
     void appendRows(std::vector<ReviewRow> newRows) override {
       rows.insert(rows.end(), newRows.begin(), newRows.end());
+    }
+    void updateRows(std::vector<ReviewRowUpdate> updates) override {
+      for (ReviewRowUpdate& update : updates)
+        rows.at(update.row) = std::move(update.now);
     }
     void setFileSelectedInfo(const std::optional<std::string>& text) override { fileSelectedInfo = text; }
     void setDeleteDetailedInfo(const std::string& text) override { deleteDetailedInfo = text; }
@@ -34,10 +37,7 @@ class MemoryReviewWindows : public ReviewWindows {
     void orderFrontRegardless() override { ++ordersFront; }
 
     // What the user does. The events are copied first, since the window may go within one.
-    void check(std::size_t row, bool on) {
-      rows.at(row).isSelected = on;
-      ReviewWindowEvents(events).selectionChanged(row, on);
-    }
+    void check(std::size_t row, bool on) { ReviewWindowEvents(events).selectionChanged({row}, on); }
     void close() { ReviewWindowEvents(events).viewDidDisappear(); }
     void clickNotice() { ReviewWindowEvents(events).noticeButtonClicked(); }
     void clickDelete() { ReviewWindowEvents(events).deleteButtonClicked(); }

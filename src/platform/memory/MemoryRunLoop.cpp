@@ -26,11 +26,15 @@ void MemoryRunLoop::background(std::function<void()> task) {
 }
 
 void MemoryRunLoop::runQueued() {
-  while (!queue_.empty()) {
-    const auto task = std::move(queue_.front());
-    queue_.pop_front();
-    task();
-  }
+  while (!queue_.empty())
+    runNext();
+}
+
+void MemoryRunLoop::runNext() {
+  if (queue_.empty()) return;
+  const auto task = std::move(queue_.front());
+  queue_.pop_front();
+  task();
 }
 
 void MemoryRunLoop::runBackground() {

@@ -21,6 +21,8 @@ class MemoryRunLoop : public RunLoop, public Clock {
 
   // Runs what has been queued with async, and what that queues, until nothing is left.
   void runQueued();
+  // Runs the first task that has been queued with async, if there is one.
+  void runNext();
   // Runs the background tasks that have been queued, in order, on this thread.
   void runBackground();
   // Moves the clock ahead, firing every timer and delayed task that falls due, in order of time, and what

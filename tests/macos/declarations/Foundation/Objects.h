@@ -191,6 +191,11 @@ typedef HARBOR_OPTIONS(NSUInteger, NSStringEnumerationOptions){
 @interface NSIndexSet : NSObject
 + (instancetype)indexSetWithIndex:(NSUInteger)value;
 + (instancetype)indexSetWithIndexesInRange:(NSRange)range;
++ (instancetype)indexSet;
+@end
+
+@interface NSMutableIndexSet : NSIndexSet
+- (void)addIndex:(NSUInteger)value;
 @end
 
 @interface NSError : NSObject
