@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "platform/linux/PathText.h"
+#include "base/PathBelow.h"
 #include "platform/linux/ProgramsFiles.h"
 
 namespace harbor {

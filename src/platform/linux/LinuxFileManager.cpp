@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "base/PathBelow.h"
 #include "platform/linux/UserDirectories.h"
 
 namespace harbor {
@@ -43,10 +44,6 @@ std::string unescaped(std::string_view text) {
     }
   }
   return plain;
-}
-
-bool isBelow(std::string_view path, std::string_view folder) {
-  return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
 }
 
 }  // namespace

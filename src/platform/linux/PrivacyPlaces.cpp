@@ -10,10 +10,10 @@
 #include <system_error>
 
 #include "base/FileUrl.h"
+#include "base/PathBelow.h"
 #include "platform/linux/BrowserLocks.h"
 #include "platform/linux/BrowserProfiles.h"
 #include "platform/linux/MacApplications.h"
-#include "platform/linux/PathText.h"
 #include "platform/linux/ProcessInformation.h"
 #include "platform/linux/TargetPrograms.h"
 

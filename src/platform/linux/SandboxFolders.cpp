@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/linux/PathText.h"
+#include "base/PathBelow.h"
 
 namespace harbor {
 namespace {

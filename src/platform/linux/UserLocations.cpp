@@ -7,7 +7,7 @@
 
 #include "base/FileUrl.h"
 #include "base/FolderPath.h"
-#include "platform/linux/PathText.h"
+#include "base/PathBelow.h"
 
 namespace harbor {
 namespace {
