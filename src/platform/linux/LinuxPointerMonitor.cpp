@@ -36,16 +36,16 @@ Point LinuxPointerMonitor::location() const {
 
 Subscription LinuxPointerMonitor::addGlobalMonitor(PointerEvents, std::function<void()> handler) {
   if (!connection_) return Subscription([] {});
-  const int number = nextHandler_++;
-  handlers_.emplace(number, std::move(handler));
-  if (handlers_.size() == 1) listen();
-  return Subscription([this, number] {
-    handlers_.erase(number);
-    if (handlers_.empty()) {
-      poll_.stop();
-      events_.reset();
-    }
-  });
+  return observers_.add(std::move(handler));
+}
+
+void LinuxPointerMonitor::monitorsChanged() {
+  if (observers_.isEmpty()) {
+    poll_.stop();
+    events_.reset();
+  } else if (!poll_.isActive()) {
+    listen();
+  }
 }
 
 void LinuxPointerMonitor::listen() {
@@ -81,10 +81,7 @@ void LinuxPointerMonitor::catchUp() {
 
 void LinuxPointerMonitor::moved() {
   isReportQueued_ = false;
-  const auto handlers = handlers_;
-  for (const auto& [number, handler] : handlers) {
-    if (handlers_.contains(number)) handler();
-  }
+  observers_.notify();
 }
 
 }  // namespace harbor

@@ -4,8 +4,7 @@
 
 #include <QTimer>
 
-#include <map>
-
+#include "base/Observers.h"
 #include "platform/PointerMonitor.h"
 #include "platform/linux/XcbConnection.h"
 
@@ -27,14 +26,14 @@ class LinuxPointerMonitor : public QObject, public PointerMonitor {
   };
 
   std::optional<PixelPoint> queryPointer() const;
+  void monitorsChanged();
   void listen();
   void catchUp();
   void moved();
 
   XcbConnection* connection_;
   int inputOpcode_ = -1;  // of the input extension; -1 without it, when the poll alone has to do
-  std::map<int, std::function<void()>> handlers_;
-  int nextHandler_ = 1;
+  Observers<> observers_{[this] { monitorsChanged(); }};
   bool isReportQueued_ = false;
   mutable PixelPoint last_;
   QTimer poll_;

@@ -253,9 +253,7 @@ Subscription LinuxWindowServer::onDisplayChange(std::function<void()> handler) {
 }
 
 Subscription LinuxWindowServer::onFrontWindowChange(std::function<void()> handler) {
-  const int number = nextHandler_++;
-  handlers_.emplace(number, std::move(handler));
-  return Subscription([this, number] { handlers_.erase(number); });
+  return observers_.add(std::move(handler));
 }
 
 void LinuxWindowServer::handle(const XcbConnection::Event& event) {
@@ -279,16 +277,13 @@ void LinuxWindowServer::handle(const XcbConnection::Event& event) {
   }
   if (!isChange) return;
   look_.reset();
-  if (handlers_.empty() || report_.isActive()) return;
+  if (observers_.isEmpty() || report_.isActive()) return;
   report_.start(std::chrono::milliseconds(std::max<qint64>(0, kReportInterval - sinceReport_.elapsed())));
 }
 
 void LinuxWindowServer::reportFrontChange() {
   sinceReport_.restart();
-  const auto handlers = handlers_;
-  for (const auto& [number, handler] : handlers) {
-    if (handlers_.contains(number)) handler();
-  }
+  observers_.notify();
 }
 
 }  // namespace harbor

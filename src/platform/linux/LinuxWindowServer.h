@@ -6,8 +6,7 @@
 #include <QObject>
 #include <QTimer>
 
-#include <map>
-
+#include "base/Observers.h"
 #include "platform/WindowServer.h"
 #include "platform/linux/ClientWindows.h"
 #include "platform/linux/DesktopPicture.h"
@@ -57,8 +56,7 @@ class LinuxWindowServer : public QObject, public WindowServer {
   std::unique_ptr<DesktopPicture> picture_;
   mutable std::optional<std::vector<Entry>> look_;
   mutable bool isForgetQueued_ = false;
-  std::map<int, std::function<void()>> handlers_;
-  int nextHandler_ = 1;
+  Observers<> observers_;
   QTimer report_;
   QElapsedTimer sinceReport_;
   Subscription events_;

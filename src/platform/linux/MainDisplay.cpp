@@ -75,16 +75,11 @@ PixelRect MainDisplay::query() const {
 void MainDisplay::refresh() {
   const auto bounds = query();
   if (bounds.isEmpty() || std::exchange(bounds_, bounds) == bounds) return;
-  const auto handlers = handlers_;
-  for (const auto& [number, handler] : handlers) {
-    if (handlers_.contains(number)) handler();
-  }
+  observers_.notify();
 }
 
 Subscription MainDisplay::onChange(std::function<void()> handler) {
-  const int number = nextHandler_++;
-  handlers_.emplace(number, std::move(handler));
-  return Subscription([this, number] { handlers_.erase(number); });
+  return observers_.add(std::move(handler));
 }
 
 }  // namespace harbor

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <functional>
-#include <map>
 
+#include "base/Observers.h"
 #include "platform/linux/PixelGeometry.h"
 #include "platform/linux/XcbConnection.h"
 
@@ -25,8 +25,7 @@ class MainDisplay {
   XcbConnection& connection_;
   bool hasRandr_ = false;
   PixelRect bounds_;
-  std::map<int, std::function<void()>> handlers_;
-  int nextHandler_ = 1;
+  Observers<> observers_;
   Subscription events_;
 };
 

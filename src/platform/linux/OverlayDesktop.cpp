@@ -35,18 +35,13 @@ void OverlayDesktop::handle(const XcbConnection::Event& event) {
 }
 
 void OverlayDesktop::report() {
-  const auto handlers = handlers_;
-  for (const auto& [number, handler] : handlers) {
-    if (handlers_.contains(number)) handler();
-  }
+  observers_.notify();
   stack_.check();
   xcb_flush(connection_.get());
 }
 
 Subscription OverlayDesktop::onChange(std::function<void()> handler) {
-  const int number = nextHandler_++;
-  handlers_.emplace(number, std::move(handler));
-  return Subscription([this, number] { handlers_.erase(number); });
+  return observers_.add(std::move(handler));
 }
 
 }  // namespace harbor

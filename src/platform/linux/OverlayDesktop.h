@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 
+#include "base/Observers.h"
 #include "platform/linux/CompositingWatch.h"
 #include "platform/linux/OverlayStack.h"
 
@@ -34,8 +35,7 @@ class OverlayDesktop {
   bool isShowingDesktop_ = false;
   CompositingWatch compositing_;
   OverlayStack stack_;
-  std::map<int, std::function<void()>> handlers_;
-  int nextHandler_ = 1;
+  Observers<> observers_;
   Subscription events_;
 };
 

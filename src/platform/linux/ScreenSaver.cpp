@@ -8,7 +8,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -59,21 +58,13 @@ bool ScreenSaver::isActive() const {
 }
 
 Subscription ScreenSaver::onChange(std::function<void()> handler) {
-  const int number = nextHandler_++;
-  handlers_.emplace(number, std::move(handler));
-  return Subscription([self = QPointer<ScreenSaver>(this), number] {
-    if (self) self->handlers_.erase(number);
-  });
+  return observers_.add(std::move(handler));
 }
 
 void ScreenSaver::update(const std::function<void()>& change) {
   const bool before = isActive();
   change();
-  if (before == isActive()) return;
-  const auto handlers = handlers_;
-  for (const auto& [number, handler] : handlers) {
-    if (handlers_.contains(number)) handler();
-  }
+  if (before != isActive()) observers_.notify();
 }
 
 void ScreenSaver::followServer() {

@@ -8,6 +8,7 @@
 
 #include <functional>
 
+#include "base/Observers.h"
 #include "platform/linux/XcbConnection.h"
 
 class QDBusMessage;
@@ -49,8 +50,7 @@ class ScreenSaver : public QObject {
   bool programActive_ = false;    // xscreensaver
   QSet<QString> activeServices_;  // by their unique bus names
   bool isActivityServiceThere_ = false;
-  std::map<int, std::function<void()>> handlers_;
-  int nextHandler_ = 1;
+  Observers<> observers_;
   Subscription events_;
 };
 

@@ -3,7 +3,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QPointer>
 #include <utility>
 
 namespace harbor {
@@ -20,40 +19,21 @@ SleepMonitor::SleepMonitor(QDBusConnection bus) : bus_(std::move(bus)) {
 }
 
 Subscription SleepMonitor::onWillSleep(std::function<void()> handler) {
-  Subscription subscription = add(willSleep_, std::move(handler));
-  updateDelay();
-  return subscription;
+  return willSleep_.add(std::move(handler));
 }
 
 Subscription SleepMonitor::onDidWake(std::function<void()> handler) {
-  return add(didWake_, std::move(handler));
-}
-
-Subscription SleepMonitor::add(const std::shared_ptr<Handlers>& handlers, std::function<void()> handler) {
-  const std::uint64_t number = nextHandler_++;
-  handlers->emplace(number, std::move(handler));
-  return Subscription([held = std::weak_ptr(handlers), number, monitor = QPointer(this)] {
-    if (const auto strong = held.lock()) strong->erase(number);
-    if (monitor) monitor->updateDelay();
-  });
-}
-
-void SleepMonitor::call(const Handlers& handlers) {
-  // A handler may come or go while they are called.
-  const Handlers copy = handlers;  // NOLINT(performance-unnecessary-copy-initialization)
-  for (const auto& [number, handler] : copy) {
-    if (handlers.contains(number)) handler();
-  }
+  return didWake_.add(std::move(handler));
 }
 
 void SleepMonitor::prepareForSleep(bool isAboutToSleep) {
   isAsleep_ = isAboutToSleep;
-  call(isAboutToSleep ? *willSleep_ : *didWake_);
+  (isAboutToSleep ? willSleep_ : didWake_).notify();
   updateDelay();
 }
 
 void SleepMonitor::updateDelay() {
-  if (willSleep_->empty() || isAsleep_) {
+  if (willSleep_.isEmpty() || isAsleep_) {
     delay_ = {};
     return;
   }
@@ -72,7 +52,7 @@ void SleepMonitor::updateDelay() {
     if (reply.isError()) return;
     delay_ = reply.value();
     // Nobody may be waiting any more, or the sleep has begun meanwhile.
-    if (willSleep_->empty() || isAsleep_) delay_ = {};
+    if (willSleep_.isEmpty() || isAsleep_) delay_ = {};
   });
 }
 

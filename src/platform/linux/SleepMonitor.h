@@ -5,12 +5,9 @@
 #include <QDBusConnection>
 #include <QDBusUnixFileDescriptor>
 #include <QObject>
-#include <cstdint>
 #include <functional>
-#include <map>
-#include <memory>
 
-#include "base/Subscription.h"
+#include "base/Observers.h"
 
 namespace harbor {
 
@@ -27,18 +24,13 @@ class SleepMonitor : public QObject {
   void prepareForSleep(bool isAboutToSleep);
 
  private:
-  using Handlers = std::map<std::uint64_t, std::function<void()>>;
-
-  Subscription add(const std::shared_ptr<Handlers>& handlers, std::function<void()> handler);
-  static void call(const Handlers& handlers);
   // Takes the delay while somebody waits for the sleep and there is no sleep under way; releases it
   // otherwise.
   void updateDelay();
 
   QDBusConnection bus_;
-  std::uint64_t nextHandler_ = 1;
-  std::shared_ptr<Handlers> willSleep_ = std::make_shared<Handlers>();
-  std::shared_ptr<Handlers> didWake_ = std::make_shared<Handlers>();
+  Observers<> willSleep_{[this] { updateDelay(); }};
+  Observers<> didWake_;
   bool isAsleep_ = false;
   bool isAskingForDelay_ = false;
   QDBusUnixFileDescriptor delay_;

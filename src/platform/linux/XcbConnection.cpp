@@ -62,9 +62,7 @@ std::unique_ptr<XcbConnection> XcbConnection::open(const std::string& display) {
 }
 
 XcbConnection::XcbConnection(xcb_connection_t* connection, int screenNumber)
-    : connection_(connection),
-      screenNumber_(screenNumber),
-      handlers_(std::make_shared<std::map<std::uint64_t, std::function<void(const Event&)>>>()) {
+    : connection_(connection), screenNumber_(screenNumber) {
   xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
   for (int i = 0; i < screenNumber && screens.rem > 1; ++i)
     xcb_screen_next(&screens);
@@ -126,11 +124,7 @@ void XcbConnection::selectEvents(xcb_window_t window, std::uint32_t mask) {
 }
 
 Subscription XcbConnection::onEvent(std::function<void(const Event& event)> handler) {
-  const std::uint64_t number = nextHandler_++;
-  handlers_->emplace(number, std::move(handler));
-  return Subscription([handlers = std::weak_ptr(handlers_), number] {
-    if (const auto held = handlers.lock()) held->erase(number);
-  });
+  return observers_.add(std::move(handler));
 }
 
 void XcbConnection::awaitReply(unsigned sequence, Reply done) {
@@ -154,10 +148,7 @@ void XcbConnection::dispatch() {
     isDone = !event && !hadReply;
     // Errors answer requests about windows that have gone; whoever cares asked for a reply.
     if (!event || event->response_type == 0) continue;
-    const auto handlers = *handlers_;
-    for (const auto& [number, handler] : handlers) {
-      if (handlers_->contains(number)) handler(*event);
-    }
+    observers_.notify(*event);
     if (--budget == 0) {
       // Whoever floods the connection must not keep the rest of the program from running.
       QMetaObject::invokeMethod(

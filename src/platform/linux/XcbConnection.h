@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/Subscription.h"
+#include "base/Observers.h"
 
 namespace harbor {
 
@@ -98,8 +98,7 @@ class XcbConnection {
   xcb_screen_t* screen_;
   mutable std::map<std::string, xcb_atom_t, std::less<>> atoms_;
   std::map<xcb_window_t, std::uint32_t> selected_;
-  std::shared_ptr<std::map<std::uint64_t, std::function<void(const Event&)>>> handlers_;
-  std::uint64_t nextHandler_ = 1;
+  Observers<const Event&> observers_;
   std::deque<std::pair<unsigned, Reply>> awaited_;
   bool dispatching_ = false;
   std::unique_ptr<Loop> loop_;

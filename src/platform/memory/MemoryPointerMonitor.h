@@ -3,8 +3,8 @@
 
 #include <optional>
 
+#include "base/Observers.h"
 #include "platform/PointerMonitor.h"
-#include "platform/memory/MemoryObservers.h"
 
 namespace harbor {
 
@@ -25,7 +25,7 @@ class MemoryPointerMonitor : public PointerMonitor {
   Point position;
   std::optional<PointerEvents> events;  // of the monitor that was added last
   int added = 0;
-  MemoryObservers monitors;
+  Observers<> monitors;
 };
 
 }  // namespace harbor

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Observers.h"
 #include "platform/WindowServer.h"
-#include "platform/memory/MemoryObservers.h"
 
 namespace harbor {
 
@@ -65,8 +65,8 @@ class MemoryWindowServer : public WindowServer {
   std::map<WindowNumber, std::shared_ptr<const Picture>> pictures;
   mutable int listQueries = 0;
   mutable std::vector<WindowNumber> picturesTaken;
-  MemoryObservers displayObservers;
-  MemoryObservers frontWindowObservers;
+  Observers<> displayObservers;
+  Observers<> frontWindowObservers;
 
  private:
   WindowNumber nextNumber_ = 1;

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Observers.h"
 #include "platform/Workspace.h"
-#include "platform/memory/MemoryObservers.h"
 
 namespace harbor {
 
@@ -65,9 +65,9 @@ class MemoryWorkspace : public Workspace {
   bool opens = true;
 
  private:
-  MemoryObservers willSleep_;
-  MemoryObservers didWake_;
-  MemoryObservers activeSpace_;
+  Observers<> willSleep_;
+  Observers<> didWake_;
+  Observers<> activeSpace_;
 };
 
 }  // namespace harbor
