@@ -8,6 +8,7 @@
 
 #include "base/Colour.h"
 #include "base/Drawing.h"
+#include "base/FlagSet.h"
 #include "base/Geometry.h"
 #include "platform/WindowServer.h"
 
@@ -21,12 +22,8 @@ enum class CollectionBehaviour : unsigned {
   transient = 8,
   stationary = 16,
 };
-constexpr CollectionBehaviour operator|(CollectionBehaviour a, CollectionBehaviour b) {
-  return static_cast<CollectionBehaviour>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
-}
-constexpr bool contains(CollectionBehaviour set, CollectionBehaviour behaviour) {
-  return (static_cast<unsigned>(set) & static_cast<unsigned>(behaviour)) != 0;
-}
+template <>
+inline constexpr bool kIsFlagSet<CollectionBehaviour> = true;
 
 struct OverlayWindowSpec {
   enum class Creation { immediate, deferred };  // deferred: the platform's window is made when first shown

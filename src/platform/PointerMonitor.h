@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "base/FlagSet.h"
 #include "base/Geometry.h"
 #include "base/Subscription.h"
 
@@ -14,12 +15,8 @@ enum class PointerEvents : unsigned {
   leftDragged = 1u << 6,
   rightDragged = 1u << 7,
 };
-constexpr PointerEvents operator|(PointerEvents a, PointerEvents b) {
-  return static_cast<PointerEvents>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
-}
-constexpr bool contains(PointerEvents set, PointerEvents event) {
-  return (static_cast<unsigned>(set) & static_cast<unsigned>(event)) != 0;
-}
+template <>
+inline constexpr bool kIsFlagSet<PointerEvents> = true;
 
 class PointerMonitor {
  public:

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "base/FlagSet.h"
 #include "base/Geometry.h"
 #include "base/Subscription.h"
 
@@ -38,12 +39,8 @@ enum class WindowListOptions : unsigned {
   onScreenOnly = 1,
   excludeDesktopElements = 16,
 };
-constexpr WindowListOptions operator|(WindowListOptions a, WindowListOptions b) {
-  return static_cast<WindowListOptions>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
-}
-constexpr bool contains(WindowListOptions set, WindowListOptions option) {
-  return (static_cast<unsigned>(set) & static_cast<unsigned>(option)) != 0;
-}
+template <>
+inline constexpr bool kIsFlagSet<WindowListOptions> = true;
 
 // A picture of a window or a screen, in the platform's own form. Immutable, so that the same object is the
 // same picture.
