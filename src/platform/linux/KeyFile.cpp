@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QByteArrayView>
+#include "base/Utf8.h"
 
 #include "base/FileDescriptor.h"
 
@@ -39,8 +39,7 @@ std::string_view trimmedBlanks(std::string_view text) {
 }
 
 bool isText(std::string_view bytes) {
-  return bytes.find('\0') == std::string_view::npos &&
-         QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
+  return bytes.find('\0') == std::string_view::npos && isValidUtf8(bytes);
 }
 
 // The character that an escape stands for; an unknown one stands for itself, backslash included.
