@@ -36,6 +36,11 @@ void putBack(int folder, const char* aside, const std::string& name) {
   }
 }
 
+std::uint64_t randomNumber() {
+  std::random_device device;
+  return (std::uint64_t{device()} << 32) | device();
+}
+
 std::uint64_t mixed(std::uint64_t value) {
   value = (value ^ (value >> 30)) * 0xbf58476d1ce4e5b9U;
   value = (value ^ (value >> 27)) * 0x94d049bb133111ebU;
@@ -44,8 +49,7 @@ std::uint64_t mixed(std::uint64_t value) {
 
 }  // namespace
 
-FolderListing::FolderListing(int folder)
-    : seed_((std::uint64_t{std::random_device()()} << 32) | std::random_device()()), begin_(now() - kTick) {
+FolderListing::FolderListing(int folder) : seed_(randomNumber()), begin_(now() - kTick) {
   ::lseek(folder, 0, SEEK_SET);
   FolderReader reader(FolderReader::Order::asStored);
   for (bool atEnd = false; !atEnd && isComplete_;) {
@@ -79,17 +83,18 @@ bool FolderListing::held(const char* name, const ItemFacts& item) const {
 }
 
 int removeIfSame(int folder, const char* name, const ItemFacts& seen, int flags) {
-  const auto facts = factsOfItem(folder, name);
-  if (!facts) return errno;
-  if (!facts->isSameItemAs(seen)) return ENOENT;
   // An empty folder that takes the name in this very moment holds nothing that could be lost.
-  if (flags != 0) return ::unlinkat(folder, name, flags) == 0 ? 0 : errno;
-
+  if (flags != 0) {
+    const auto facts = factsOfItem(folder, name);
+    if (!facts) return errno;
+    if (!facts->isSameItemAs(seen)) return ENOENT;
+    return ::unlinkat(folder, name, flags) == 0 ? 0 : errno;
+  }
   // Another program may put a new file in place of this one at any moment, so the item is first given a name
   // that nobody knows, and looked at under that.
+  thread_local std::uint64_t names = randomNumber();
   char aside[40];
-  std::snprintf(aside, sizeof aside, ".harbor-tray-%016llx",
-                static_cast<unsigned long long>(mixed(std::random_device()() ^ seen.inode)));
+  std::snprintf(aside, sizeof aside, ".harbor-tray-%016llx", static_cast<unsigned long long>(mixed(++names)));
   // Where an entry cannot be renamed, as on a full disk, it can still be removed.
   if (!renameIfFree(folder, name, aside)) {
     if (errno == ENOENT) return ENOENT;
