@@ -10,6 +10,7 @@ namespace harbor {
 namespace {
 
 constexpr const char* kDeleteAll = "Delete All";
+constexpr const char* kProtectionStatus = "csrutil status";
 constexpr const char* kNote =
     "\n\nNOTE: This operation may take anywhere between a few seconds to a few minutes depending on the "
     "amount of "
@@ -77,7 +78,11 @@ void FreeDiskSpaceController::cleanAll() {
 
 bool FreeDiskSpaceController::isTrashProtected(const std::string& title, const std::string& message,
                                                Suppression suppression, SuppressionBox box) {
-  const auto output = around_.shell.run("csrutil status", around_.homeFolder()).output;
+  auto answer = around_.shell.run(kProtectionStatus, around_.homeFolder());
+  // The answer is the same from every folder; a sandbox may keep the home folder closed before it is granted.
+  if (answer.failure == TWShellUtility::Failure::noWorkingFolder)
+    answer = around_.shell.run(kProtectionStatus);
+  const auto& output = answer.output;
   if (!output || output->find("enabled") == std::string::npos) return false;
   if (suppression == Suppression::honoured &&
       around_.settings.boolForKey(settings_keys::sipStatusAlertSuppression))

@@ -346,6 +346,13 @@ TEST_F(FreeDiskSpace, DeleteAllWithTheBoxTickedTakesTheDownloads) {
   EXPECT_TRUE(fs::exists(home + "/Documents/keep"));
 }
 
+TEST_F(FreeDiskSpace, AHomeFolderThatCannotBeEnteredDoesNotTurnTheProtectionOff) {
+  home = root.path("home/closed");
+  protectTrash();
+  run("Trash Can");
+  EXPECT_EQ(titles(), std::vector<std::string>{"'Trash Can' Cannot Be Cleaned Up!"});
+}
+
 TEST_F(FreeDiskSpace, OnAProtectedSystemDeleteAllLeavesTheTrashAndSaysSoUnlessSuppressed) {
   fillEverything();
   protectTrash();

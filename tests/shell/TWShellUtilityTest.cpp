@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "base/FileDescriptor.h"
+#include "support/AsNobody.h"
 #include "support/TemporaryFolder.h"
 
 namespace harbor {
@@ -70,6 +71,17 @@ TEST_F(TWShellUtilityTest, AWorkingFolderThatIsNotThereIsReportedAndNothingRuns)
     EXPECT_EQ(result.output, std::nullopt);
   }
   EXPECT_FALSE(std::filesystem::exists(trace));
+}
+
+TEST_F(TWShellUtilityTest, AFolderThatMayBeEnteredAndNotReadIsAWorkingFolder) {
+  root.makeFile("closed/file", "text");
+  root.makeFile("locked/file", "text");
+  std::filesystem::permissions(root.path(), std::filesystem::perms(0755));
+  std::filesystem::permissions(root.path("closed"), std::filesystem::perms(0711));
+  std::filesystem::permissions(root.path("locked"), std::filesystem::perms(0744));
+  const AsNobody nobody;
+  EXPECT_EQ(shell.run("pwd -P; cat file", root.path("closed")).output, root.path("closed") + "\ntext");
+  EXPECT_EQ(shell.run("pwd", root.path("locked")).failure, TWShellUtility::Failure::noWorkingFolder);
 }
 
 TEST_F(TWShellUtilityTest, NothingThatIsOpenHereIsOpenInTheCommand) {

@@ -1,6 +1,5 @@
 #include "privacy/shell/TWShellUtility.h"
 
-#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,7 +11,6 @@
 #include <thread>
 #include <vector>
 
-#include "base/FileDescriptor.h"
 #include "base/Utf8.h"
 #include "privacy/shell/Inheritance.h"
 
@@ -94,35 +92,53 @@ void reapLater(pid_t process) {
   }
 }
 
+// Which step of starting a command in a folder failed: the shell is there and may be run, so what speaks of a
+// path speaks of the folder.
+TWShellUtility::Failure failureIn(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case EACCES:
+    case EPERM:
+    case ELOOP:
+    case ENAMETOOLONG:
+      return TWShellUtility::Failure::noWorkingFolder;
+    default:
+      return TWShellUtility::Failure::notStarted;
+  }
+}
+
 }  // namespace
 
 TWShellUtility::Result TWShellUtility::run(const std::string& commandLine) const {
-  return runIn(-1, commandLine);
+  return runIn(commandLine, {});
 }
 
 TWShellUtility::Result TWShellUtility::run(const std::string& commandLine,
                                            const std::string& workingFolder) const {
-  // Opened here and entered by the descriptor, so that what is missing is known before anything is started.
-  return run(commandLine,
-             FileDescriptor(workingFolder.starts_with('/')
-                                ? ::open(workingFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)
-                                : -1));
+  if (!workingFolder.starts_with('/')) return {std::nullopt, Failure::noWorkingFolder};
+  // The folder is entered, not opened: a sandbox may allow the one and refuse the other.
+  return runIn(commandLine, [&workingFolder](posix_spawn_file_actions_t& actions) {
+    ::posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
+  });
 }
 
 TWShellUtility::Result TWShellUtility::run(const std::string& commandLine,
                                            const FileDescriptor& workingFolder) const {
-  if (!workingFolder || ::faccessat(workingFolder.get(), ".", X_OK, AT_EACCESS) != 0)
-    return {std::nullopt, Failure::noWorkingFolder};
-  return runIn(workingFolder.get(), commandLine);
+  if (!workingFolder) return {std::nullopt, Failure::noWorkingFolder};
+  return runIn(commandLine, [&workingFolder](posix_spawn_file_actions_t& actions) {
+    ::posix_spawn_file_actions_addfchdir_np(&actions, workingFolder.get());
+  });
 }
 
-TWShellUtility::Result TWShellUtility::runIn(int folder, const std::string& commandLine) const {
+TWShellUtility::Result TWShellUtility::runIn(const std::string& commandLine,
+                                             const EnterFolder& enterFolder) const {
   auto pipe = makePipe();
   if (!pipe) return {std::nullopt, Failure::notStarted};
 
   SpawnSettings settings;
   cleanSignals(settings.attributes);
-  if (folder >= 0) ::posix_spawn_file_actions_addfchdir_np(&settings.actions, folder);
+  if (enterFolder) enterFolder(settings.actions);
   ::posix_spawn_file_actions_adddup2(&settings.actions, pipe->writing.get(), STDOUT_FILENO);
   leaveStandardStreams(settings.actions, settings.attributes);
 
@@ -137,9 +153,9 @@ TWShellUtility::Result TWShellUtility::runIn(int folder, const std::string& comm
   char* arguments[] = {shell.data(), option.data(), line.data(), nullptr};
 
   pid_t process = -1;
-  if (::posix_spawn(&process, shell.c_str(), &settings.actions, &settings.attributes, arguments,
-                    environmentPointers.data()) != 0)
-    return {std::nullopt, Failure::notStarted};
+  const int error = ::posix_spawn(&process, shell.c_str(), &settings.actions, &settings.attributes, arguments,
+                                  environmentPointers.data());
+  if (error != 0) return {std::nullopt, enterFolder ? failureIn(error) : Failure::notStarted};
   pipe->writing.reset();
   std::string output = readToEnd(pipe->reading.get());
   reapLater(process);

@@ -2,6 +2,9 @@
 // program starts a command.
 #pragma once
 
+#include <spawn.h>
+
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -36,7 +39,9 @@ class TWShellUtility {
   Result run(const std::string& commandLine, const FileDescriptor& workingFolder) const;
 
  private:
-  Result runIn(int folder, const std::string& commandLine) const;
+  // Adds the step with which a command enters its folder; empty where it stays in this process's own.
+  using EnterFolder = std::function<void(posix_spawn_file_actions_t& actions)>;
+  Result runIn(const std::string& commandLine, const EnterFolder& enterFolder) const;
 
   std::string commandsFolder_;
 };
