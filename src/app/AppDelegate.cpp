@@ -56,6 +56,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Links& links)
 
 void AppDelegate::applicationDidFinishLaunching() {
   greet();
+  openGrantedAccess();
   configureButton();
   buildMenu(MenuBuild::first);
   dismissLauncher();
@@ -70,6 +71,11 @@ void AppDelegate::greet() {
                "I am a menubar only app. Please click my icon from the menubar to get started. "
                "Hope you love me!",
                "Do not show again");
+}
+
+void AppDelegate::openGrantedAccess() {
+  // Elsewhere a grant opens nothing, and looking at its folder may take as long as a server wants.
+  if (platform_.folderBookmarks.confinesProgram()) TWDiskAccess(cleanups_.access).loadBookmarks();
 }
 
 void AppDelegate::configureButton() {
@@ -137,7 +143,8 @@ UninstallerController::Options AppDelegate::uninstallerOptions() {
           },
           [this](const std::string& path) {
             return bundleInformationOf(path, platform_.applicationBundles, platform_.propertyLists);
-          }};
+          },
+          [this] { openGrantedAccess(); }};
 }
 
 PaneSurroundings AppDelegate::paneSurroundings() {

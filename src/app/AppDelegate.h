@@ -81,6 +81,7 @@ class AppDelegate {
 
  private:
   void greet();
+  void openGrantedAccess();
   void configureButton();
   void buildMenu(MenuBuild build);
   void dismissLauncher();

@@ -27,6 +27,9 @@ class FolderBookmarks {
   // Whether the program has to hold a grant before it works in the folder. A platform that does not confine
   // the program needs none for a folder that is not there.
   virtual bool needsGrant(const FileUrl& folder) const = 0;
+  // Whether the system keeps the program out of every folder until a grant of it has been opened. Where it
+  // does, the stored grants are opened before anything is looked at.
+  virtual bool confinesProgram() const = 0;
 };
 
 }  // namespace harbor

@@ -82,6 +82,7 @@ void UninstallerController::uninstallApp(const MenuItem& sender) {
 void UninstallerController::showUninstalledApp(const MenuItem& sender) {
   const std::string path = sender.path;
   if (orderFront(historyWindows_, path)) return;
+  options_.openGrantedAccess();
   for (const auto& app : services_.uninstaller.uninstalledApps) {
     if (!app->appName || app->appName->path != path) continue;
     if (auto window = TWUninstallerViewController::forHistory(services_, *app, bundles_.displayName(path),

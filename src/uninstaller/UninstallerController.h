@@ -23,6 +23,8 @@ class UninstallerController {
     std::function<bool()> obtainAccess;
     // What an application says about itself.
     std::function<BundleInformation(const std::string& path)> bundleInformation;
+    // Opens the access that was granted before, without asking.
+    std::function<void()> openGrantedAccess = [] {};
   };
 
   UninstallerController(const TWUninstallerViewController::Services& services,

@@ -42,6 +42,11 @@ struct AppDelegateTest : testing::Test {
     platform.settings.setBool(key, true);
     app = std::make_unique<AppDelegate>(platform.asPlatform());
   }
+  void storeGrant(const FileUrl& url) {
+    const std::vector<Bookmark> grants{{url, *platform.folderBookmarks.create(url)}};
+    platform.settings.setData(settings_keys::userApprovedFolderBookmarks,
+                              *encodeBookmarks(platform.propertyLists, grants));
+  }
   Texts boldTitles() {
     platform.statusItem.click();
     Texts titles;
@@ -218,6 +223,43 @@ TEST_F(AppDelegateTest, TheStartSubscribesToSleepAndWakeAndTheEndUnsubscribes) {
 TEST_F(AppDelegateTest, XcodeIsKeptFromUninstalling) {
   start();
   EXPECT_EQ(app->systemApps, Texts{"/Applications/Xcode.app"});
+}
+
+TEST_F(AppDelegateTest, GrantsAreOpenedWithoutAskingBeforeTheStartLooksAtAFolder) {
+  const FileUrl granted{folder.path("granted"), true};
+  storeGrant(granted);
+  std::vector<FileUrl> openedBefore;
+  platform.fileManager.whenAsked = [&](FileManager::Domain) {
+    openedBefore = platform.folderBookmarks.accessed;
+  };
+  start();
+  EXPECT_EQ(openedBefore, std::vector<FileUrl>{granted});
+  EXPECT_TRUE(platform.openPanel.shown.empty());
+}
+
+TEST_F(AppDelegateTest, WhereTheProgramIsNotConfinedTheStartLooksAtNoGrantedFolder) {
+  storeGrant({folder.path("granted"), true});
+  platform.folderBookmarks.confines = false;
+  start();
+  EXPECT_TRUE(platform.folderBookmarks.accessed.empty());
+}
+
+TEST_F(AppDelegateTest, AHistoryWindowOpensTheGrantsThatTheStartCouldNot) {
+  const FileUrl volume{folder.path("volume"), true};
+  storeGrant(volume);
+  platform.folderBookmarks.gone = {volume.path};
+  UninstalledApp widget;
+  widget.appName = FileUrl{"/Applications/Widget.app", true};
+  TWUninstaller(platform.settings, platform.propertyLists).saveUninstalledApp(widget);
+  start();
+  ASSERT_TRUE(platform.folderBookmarks.accessed.empty());
+  platform.folderBookmarks.gone.clear();
+  const MenuItem& section =
+      *std::find_if(app->mainMenu.begin(), app->mainMenu.end(),
+                    [](const MenuItem& item) { return item.title == "Uninstall Applications"; });
+  const MenuItem row = section.submenu.at(0).submenu.at(0);
+  row.action(row);
+  EXPECT_EQ(platform.folderBookmarks.accessed, std::vector<FileUrl>{volume});
 }
 
 TEST_F(AppDelegateTest, AStatusItemWithoutAButtonIsSkippedAndTheMenuIsBuilt) {

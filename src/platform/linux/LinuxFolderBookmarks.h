@@ -20,6 +20,7 @@ class LinuxFolderBookmarks : public FolderBookmarks {
   // Nothing confines the program here: access is what the file system permits.
   bool startAccessing(const FileUrl& url) override;
   bool needsGrant(const FileUrl& folder) const override;
+  bool confinesProgram() const override { return false; }
 
  private:
   const PropertyListCoder& coder_;

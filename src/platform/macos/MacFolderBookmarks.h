@@ -18,6 +18,7 @@ class MacFolderBookmarks : public FolderBookmarks {
   // True only for a folder that was resolved before.
   bool startAccessing(const FileUrl& url) override;
   bool needsGrant(const FileUrl& folder) const override;
+  bool confinesProgram() const override { return true; }
 
  private:
   mutable std::map<std::string, NSURL*> resolved_;

@@ -33,6 +33,7 @@ class MemoryFolderBookmarks : public FolderBookmarks {
     return true;
   }
   bool needsGrant(const FileUrl& folder) const override { return !needless.contains(folder.path); }
+  bool confinesProgram() const override { return confines; }
 
   // Another folder now stands at the path.
   void replaceFolder(const std::string& path) { ++generations[path]; }
@@ -42,6 +43,7 @@ class MemoryFolderBookmarks : public FolderBookmarks {
   std::set<std::string> needless;  // folders that need no grant
   std::vector<FileUrl> accessed;
   bool failsToCreate = false;
+  bool confines = true;
 };
 
 }  // namespace harbor
