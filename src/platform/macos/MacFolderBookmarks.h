@@ -4,10 +4,8 @@
 
 #import <Foundation/Foundation.h>
 
-#include <map>
-#include <string>
-
 #include "platform/FolderBookmarks.h"
+#include "platform/macos/FolderScopes.h"
 
 namespace harbor {
 
@@ -21,7 +19,7 @@ class MacFolderBookmarks : public FolderBookmarks {
   bool confinesProgram() const override { return true; }
 
  private:
-  mutable std::map<std::string, NSURL*> resolved_;
+  mutable FolderScopes<NSURL*> scopes_;
 };
 
 }  // namespace harbor

@@ -14,20 +14,23 @@ std::optional<Data> MacFolderBookmarks::create(const FileUrl& url) {
 
 std::optional<FolderBookmarks::Resolved> MacFolderBookmarks::resolve(const Data& data) const {
   BOOL isStale = NO;
-  NSURL* const url = [NSURL URLByResolvingBookmarkData:nsData(data)
-                                               options:NSURLBookmarkResolutionWithSecurityScope
-                                         relativeToURL:nil
-                                   bookmarkDataIsStale:&isStale
-                                                 error:nil];
+  // Grants are opened at the start too, where nothing may be asked; what is not mounted has no folder.
+  NSURL* const url = [NSURL
+      URLByResolvingBookmarkData:nsData(data)
+                         options:NSURLBookmarkResolutionWithSecurityScope | NSURLBookmarkResolutionWithoutUI |
+                                 NSURLBookmarkResolutionWithoutMounting
+                   relativeToURL:nil
+             bookmarkDataIsStale:&isStale
+                           error:nil];
   std::optional<FileUrl> folder = fileUrlOf(url);
   if (!folder) return std::nullopt;
-  resolved_[folder->path] = url;
+  scopes_.keep(folder->path, url);
   return Resolved{std::move(*folder), static_cast<bool>(isStale)};
 }
 
 bool MacFolderBookmarks::startAccessing(const FileUrl& url) {
-  const auto entry = resolved_.find(url.path);
-  return entry != resolved_.end() && [entry->second startAccessingSecurityScopedResource];
+  return scopes_.open(url.path,
+                      [](NSURL* scope) -> bool { return [scope startAccessingSecurityScopedResource]; });
 }
 
 bool MacFolderBookmarks::needsGrant(const FileUrl&) const {

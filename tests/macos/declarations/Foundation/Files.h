@@ -15,6 +15,7 @@ typedef HARBOR_OPTIONS(NSUInteger, NSURLBookmarkCreationOptions){
 };
 typedef HARBOR_OPTIONS(NSUInteger, NSURLBookmarkResolutionOptions){
     NSURLBookmarkResolutionWithoutUI = 1UL << 8,
+    NSURLBookmarkResolutionWithoutMounting = 1UL << 9,
     NSURLBookmarkResolutionWithSecurityScope = 1UL << 10,
 };
 
