@@ -50,6 +50,7 @@ void HideDesktopIconsController::hideDesktopIconsEnabled(const MenuItem& sender)
                  "Your mouse actions on the desktop will also be disabled for your security.",
                  "Do not show again");
   }
+  if (switchesOn) windowServer_.requestPictures();
   hideDesktopIconsModel.isHideDesktopIconsEnabled = switchesOn;
   settings_.setBool(settings_keys::hideDesktopIconsEnabled, switchesOn);
   applyHideDesktopIcons();
@@ -69,9 +70,15 @@ void HideDesktopIconsController::applyHideDesktopIcons() {
   }
   hideDesktopIconsWindow->setLevel(windowServer_.levelForKey(WindowLevelKey::desktopIcon) + 1);
   hideDesktopIconsWindow->setCollectionBehaviour(kCollectionBehaviour);
+  const Image wallpaper = captureDesktopPicture();
+  if (!wallpaper.picture && windowServer_.mayWithholdPictures()) {
+    // A plain sheet would take the user's clicks and hide more than the icons.
+    hideDesktopIconsWindow->orderOut();
+    return;
+  }
   hideDesktopIconsWindow->orderFrontRegardless();
   hideDesktopIconsWindow->setFrame(bounds);
-  hideDesktopIconsWindow->setContents(captureDesktopPicture());
+  hideDesktopIconsWindow->setContents(wallpaper);
 }
 
 Image HideDesktopIconsController::captureDesktopPicture() const {

@@ -75,7 +75,8 @@ class WindowServer {
   virtual Rect mainScreenFrame() const = 0;
   virtual WindowLevel levelForKey(WindowLevelKey key) const = 0;
 
-  // The windows, front to back; empty when they cannot be listed. The platform may answer from one look at
+  // The windows, front to back; empty when they cannot be listed. Overlay windows of this process that let the
+  // mouse through are not among them. The platform may answer from one look at
   // the screen for as long as the current event is being handled. The wallpaper of a display is a window of
   // the owner "Dock" whose name begins with "Desktop Picture" and whose bounds are the display's; a platform
   // that draws it otherwise lists such a window all the same, unless desktop elements are excluded.
@@ -89,6 +90,13 @@ class WindowServer {
   // What the window shows by itself, whatever covers it; null when that cannot be had. For a listed wallpaper
   // window: the wallpaper without the icons, or the desktop's background colour where there is none.
   virtual std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const = 0;
+
+  // Asks the user for the permission to take pictures of other programs' windows, where the platform wants one
+  // and does not have it yet.
+  virtual void requestPictures() = 0;
+  // Whether a picture may be missing because the user has not given that permission. What would show nothing
+  // else is then left out.
+  virtual bool mayWithholdPictures() const = 0;
 
   // The main display moved, was resized or became another one.
   virtual Subscription onDisplayChange(std::function<void()> handler) = 0;

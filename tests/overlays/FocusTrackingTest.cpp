@@ -71,6 +71,18 @@ TEST_F(FocusTracking, TheProgramsOwnPaneCountsWhileItIsARegularApplication) {
   EXPECT_EQ(focus.frontmostWindowNumber(), pane);
 }
 
+TEST_F(FocusTracking, TheVeilIsNeverItsOwnFrontWindow) {
+  const WindowNumber letter = server.open(kEditor, kPart, "Letter");
+  server.open(kBrowser, kPart);
+  switchOn();
+  tick();
+  platform.workspace.running.back().activationPolicy = ActivationPolicy::regular;
+  server.close(*server.windows.front().info.number);
+  ASSERT_EQ(server.windows.front().info.number, overlay().number);
+  tick();
+  EXPECT_EQ(overlay().ordersBelow.back(), letter);
+}
+
 TEST_F(FocusTracking, LooksUpOwnerAndTitle) {
   const WindowNumber titled = server.open(kEditor, kPart, "Letter");
   const WindowNumber untitled = server.open(kBrowser, kPart);

@@ -133,6 +133,33 @@ TEST_F(HideDesktopIcons, WithoutAnyPictureTheWindowIsShownAllTheSame) {
   EXPECT_EQ(nameOf(overlay().contents), "(none)");
 }
 
+TEST_F(HideDesktopIcons, WherePicturesNeedAPermissionNothingIsShownWithoutOne) {
+  server.withholdsPictures = true;
+  const WindowNumber wallpaper = addWallpaper("Lake");
+  const auto picture = server.pictures.extract(wallpaper).mapped();
+  icons.hideDesktopIconsEnabled(switchedOff());
+  EXPECT_FALSE(overlay().isOnScreen());
+  // The user has given the permission meanwhile, and takes it back later.
+  server.pictures[wallpaper] = picture;
+  build(icons);
+  EXPECT_TRUE(overlay().isOnScreen());
+  EXPECT_EQ(nameOf(overlay().contents), "Lake");
+  server.pictures.clear();
+  build(icons);
+  EXPECT_FALSE(overlay().isOnScreen());
+}
+
+TEST_F(HideDesktopIcons, ThePermissionIsAskedForWhenTheToolIsSwitchedOnAndOnlyThen) {
+  build(icons);
+  EXPECT_EQ(server.pictureRequests, 0);
+  icons.hideDesktopIconsEnabled(switchedOff());
+  EXPECT_EQ(server.pictureRequests, 1);
+  build(icons);
+  platform.workspace.changeSpace();
+  icons.hideDesktopIconsEnabled(switchedOn());
+  EXPECT_EQ(server.pictureRequests, 1);
+}
+
 TEST_F(HideDesktopIcons, AChangeOfSpaceReplacesThePicture) {
   const WindowNumber wallpaper = addWallpaper("Lake");
   icons.hideDesktopIconsEnabled(switchedOff());

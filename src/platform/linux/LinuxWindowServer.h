@@ -34,6 +34,8 @@ class LinuxWindowServer : public QObject, public WindowServer {
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
   WindowNumber windowNumberAtPoint(Point point, WindowNumber below = kNoWindow) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
+  void requestPictures() override {}
+  bool mayWithholdPictures() const override { return false; }
   Subscription onDisplayChange(std::function<void()> handler) override;
   Subscription onFrontWindowChange(std::function<void()> handler) override;
 

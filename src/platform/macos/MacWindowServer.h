@@ -30,6 +30,8 @@ class MacWindowServer : public WindowServer {
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
   WindowNumber windowNumberAtPoint(Point point, WindowNumber below = kNoWindow) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
+  void requestPictures() override;
+  bool mayWithholdPictures() const override { return true; }
   Subscription onDisplayChange(std::function<void()> handler) override;
   // The window server does not tell; nothing is ever reported.
   Subscription onFrontWindowChange(std::function<void()> handler) override;

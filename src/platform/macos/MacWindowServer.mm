@@ -1,9 +1,12 @@
 #import "platform/macos/MacWindowServer.h"
 
+#include <unistd.h>
+
 #include <limits>
 
 #import "platform/macos/MacValues.h"
 #import "platform/macos/NotificationObserver.h"
+#include "platform/macos/WallpaperWindow.h"
 
 namespace harbor {
 namespace {
@@ -51,6 +54,21 @@ std::optional<Rect> boundsOf(Description* description) {
   return rectOf(rect);
 }
 
+std::vector<std::int32_t> dockProcesses() {
+  std::vector<std::int32_t> processes;
+  for (NSRunningApplication* dock in
+       [NSRunningApplication runningApplicationsWithBundleIdentifier:@"com.apple.dock"])
+    processes.push_back(dock.processIdentifier);
+  return processes;
+}
+
+// Whether the window is one of this process that clicks go through: a veil or the ring.
+bool isOwnOverlay(const WindowInfo& window) {
+  if (!window.number || window.ownerPid != ::getpid()) return false;
+  NSWindow* const own = [NSApp windowWithWindowNumber:static_cast<NSInteger>(*window.number)];
+  return own.ignoresMouseEvents;
+}
+
 }  // namespace
 
 Rect MacWindowServer::mainDisplayBounds() const {
@@ -69,6 +87,9 @@ WindowLevel MacWindowServer::levelForKey(WindowLevelKey key) const {
 std::vector<WindowInfo> MacWindowServer::windowList(WindowListOptions options) const {
   NSArray<Description*>* const descriptions = (__bridge_transfer NSArray*)CGWindowListCopyWindowInfo(
       static_cast<CGWindowListOption>(options), kCGNullWindowID);
+  const bool hasWallpaper = !contains(options, WindowListOptions::excludeDesktopElements);
+  const std::vector<std::int32_t> docks = hasWallpaper ? dockProcesses() : std::vector<std::int32_t>{};
+  const WindowLevel iconLevel = levelForKey(WindowLevelKey::desktopIcon);
   std::vector<WindowInfo> windows;
   for (Description* description in descriptions) {
     WindowInfo window;
@@ -78,6 +99,8 @@ std::vector<WindowInfo> MacWindowServer::windowList(WindowListOptions options) c
     window.name = textFor(description, kCGWindowName);
     window.number = integerFor<WindowNumber>(description, kCGWindowNumber);
     window.bounds = boundsOf(description);
+    if (isOwnOverlay(window)) continue;
+    nameWallpaper(window, docks, iconLevel);
     windows.push_back(std::move(window));
   }
   return windows;
@@ -88,9 +111,15 @@ WindowNumber MacWindowServer::windowNumberAtPoint(Point point, WindowNumber belo
 }
 
 std::shared_ptr<const Picture> MacWindowServer::pictureOfWindow(WindowNumber number) const {
+  // There is no wallpaper to be seen, and number 0 stands for every window.
+  if (number == kNoWindow) return nullptr;
   const CGImageRef image = CGWindowListCreateImage(CGRectMake(0, 0, 0, 0), kCGWindowListOptionIncludingWindow,
                                                    static_cast<CGWindowID>(number), kCGWindowImageDefault);
   return image ? std::make_shared<MacPicture>(image) : nullptr;
+}
+
+void MacWindowServer::requestPictures() {
+  if (!CGPreflightScreenCaptureAccess()) CGRequestScreenCaptureAccess();
 }
 
 Subscription MacWindowServer::onDisplayChange(std::function<void()> handler) {

@@ -47,7 +47,8 @@ bool MemoryOverlayWindow::isOnScreen() const {
 MemoryWindowServer::Window MemoryOverlayWindow::entry() const {
   return {{level, MemoryOverlayWindows::kOwnProcess, "Harbor Tray", std::nullopt, number, frame},
           false,
-          ignoresMouseEvents};
+          ignoresMouseEvents,
+          true};
 }
 
 }  // namespace harbor

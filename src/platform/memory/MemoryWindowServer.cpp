@@ -27,6 +27,7 @@ std::vector<WindowInfo> MemoryWindowServer::windowList(WindowListOptions options
   if (!listsWindows) return list;
   for (const Window& window : windows) {
     if (window.isDesktopElement && contains(options, WindowListOptions::excludeDesktopElements)) continue;
+    if (window.isOwnOverlay && window.ignoresMouseEvents) continue;
     list.push_back(window.info);
   }
   return list;

@@ -22,6 +22,7 @@ class MemoryWindowServer : public WindowServer {
     WindowInfo info;
     bool isDesktopElement = false;
     bool ignoresMouseEvents = false;
+    bool isOwnOverlay = false;
   };
 
   Rect mainDisplayBounds() const override { return displayBounds; }
@@ -30,6 +31,8 @@ class MemoryWindowServer : public WindowServer {
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
   WindowNumber windowNumberAtPoint(Point point, WindowNumber below) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
+  void requestPictures() override { ++pictureRequests; }
+  bool mayWithholdPictures() const override { return withholdsPictures; }
   Subscription onDisplayChange(std::function<void()> handler) override {
     return displayObservers.add(std::move(handler));
   }
@@ -63,6 +66,8 @@ class MemoryWindowServer : public WindowServer {
   std::vector<Window> windows;      // front to back
   bool listsWindows = true;         // false: no list can be had
   std::map<WindowNumber, std::shared_ptr<const Picture>> pictures;
+  bool withholdsPictures = false;
+  int pictureRequests = 0;
   mutable int listQueries = 0;
   mutable std::vector<WindowNumber> picturesTaken;
   Observers<> displayObservers;

@@ -46,6 +46,8 @@ HARBOR_EXPORT NSNotificationName const NSApplicationDidChangeScreenParametersNot
 - (NSModalResponse)runModalForWindow:(NSWindow*)window;
 - (void)stopModal;
 - (void)postEvent:(NSEvent*)event atStart:(BOOL)atStart;
+- (nullable NSWindow*)windowWithWindowNumber:(NSInteger)windowNumber;
+- (NSApplicationActivationPolicy)activationPolicy HARBOR_SINCE(10.6);
 @property(nullable, readonly, weak) NSWindow* modalWindow;
 @property(nullable, readonly, strong) NSEvent* currentEvent;
 @end

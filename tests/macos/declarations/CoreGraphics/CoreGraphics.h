@@ -67,6 +67,9 @@ HARBOR_EXPORT CGImageRef _Nullable CGWindowListCreateImage(CGRect screenBounds, 
                                                            CGWindowImageOption imageOption)
     __attribute__((cf_returns_retained)) HARBOR_SINCE_UNTIL(10.5, 14.0);
 
+HARBOR_EXPORT bool CGPreflightScreenCaptureAccess(void) HARBOR_SINCE(10.15);
+HARBOR_EXPORT bool CGRequestScreenCaptureAccess(void) HARBOR_SINCE(10.15);
+
 typedef int32_t CGWindowLevel;
 typedef HARBOR_ENUM(int32_t, CGWindowLevelKey){
     kCGNormalWindowLevelKey = 4,
