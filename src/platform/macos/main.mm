@@ -6,7 +6,9 @@
 
 #include "app/AppDelegate.h"
 #include "platform/macos/MacPlatform.h"
+#import "platform/macos/MacMenu.h"
 #import "platform/macos/MacValues.h"
+#import "platform/macos/MainMenu.h"
 
 @interface HarborApplicationDelegate : NSObject <NSApplicationDelegate>
 @end
@@ -28,11 +30,18 @@
   return _platform && _platform->cleanupProgress.isWorking() ? NSTerminateCancel : NSTerminateNow;
 }
 
-// The program was started a second time.
+// The program was started a second time, or its icon in the Dock was clicked, which is there while a window is:
+// that brings the windows back.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows {
+  if (sender.activationPolicy == NSApplicationActivationPolicyRegular && !harbor::raiseModalWindow())
+    return YES;
   __weak HarborApplicationDelegate* const weakSelf = self;
   harbor::onMainRunLoop([weakSelf] { [weakSelf openMenu]; });
   return NO;
+}
+
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
+  return YES;
 }
 
 - (void)openMenu {
@@ -54,6 +63,7 @@ int main() {
         [[HarborApplicationDelegate alloc] init];
     NSApplication* const application = NSApplication.sharedApplication;
     application.delegate = delegate;
+    application.mainMenu = harbor::mainMenu();
     [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
     [application run];
   }

@@ -30,10 +30,13 @@ HARBOR_EXPORT NSNotificationName const NSApplicationDidChangeScreenParametersNot
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender;
 - (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)sender;
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows;
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application HARBOR_SINCE(12.0);
 @end
 
 @interface NSResponder : NSObject
 @end
+
+@class NSMenu;
 
 @interface NSApplication : NSResponder
 @property(class, readonly, strong) NSApplication* sharedApplication;
@@ -43,6 +46,13 @@ HARBOR_EXPORT NSNotificationName const NSApplicationDidChangeScreenParametersNot
 - (void)activate HARBOR_SINCE(14.0);
 - (void)run;
 - (void)terminate:(nullable id)sender;
+- (void)hide:(nullable id)sender;
+- (void)hideOtherApplications:(nullable id)sender;
+- (void)unhideAllApplications:(nullable id)sender;
+- (void)arrangeInFront:(nullable id)sender;
+- (void)orderFrontStandardAboutPanel:(nullable id)sender;
+@property(nullable, strong) NSMenu* mainMenu;
+@property(nullable, strong) NSMenu* windowsMenu;
 - (NSModalResponse)runModalForWindow:(NSWindow*)window;
 - (void)stopModal;
 - (void)postEvent:(NSEvent*)event atStart:(BOOL)atStart;
@@ -67,7 +77,10 @@ typedef HARBOR_OPTIONS(unsigned long long, NSEventMask){
     NSEventMaskLeftMouseDragged = 1ULL << NSEventTypeLeftMouseDragged,
     NSEventMaskRightMouseDragged = 1ULL << NSEventTypeRightMouseDragged,
 };
-typedef NSUInteger NSEventModifierFlags;
+typedef HARBOR_OPTIONS(NSUInteger, NSEventModifierFlags){
+    NSEventModifierFlagOption = 1 << 19,
+    NSEventModifierFlagCommand = 1 << 20,
+};
 
 @class NSGraphicsContext;
 @interface NSEvent : NSObject <NSCopying>

@@ -12,6 +12,7 @@ HARBOR_NONNULL_BEGIN
 - (instancetype)initWithTitle:(NSString*)title
                        action:(nullable SEL)action
                 keyEquivalent:(NSString*)keyEquivalent;
+@property NSEventModifierFlags keyEquivalentModifierMask;
 @property(nullable, copy) NSAttributedString* attributedTitle;
 @property(nullable, copy) NSString* toolTip;
 @property(nullable, strong) NSMenu* submenu;

@@ -67,6 +67,8 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 - (void)makeKeyAndOrderFront:(nullable id)sender;
 - (void)center;
 - (void)close;
+- (void)performClose:(nullable id)sender;
+- (void)performMiniaturize:(nullable id)sender;
 @end
 
 @interface NSPanel : NSWindow
@@ -128,6 +130,13 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 - (void)drawRect:(NSRect)dirtyRect;
 - (void)setAccessibilityLabel:(nullable NSString*)label HARBOR_SINCE(10.10);
 - (void)setAccessibilityHelp:(nullable NSString*)help HARBOR_SINCE(10.10);
+@end
+
+@interface NSText : NSView
+- (void)cut:(nullable id)sender;
+- (void)copy:(nullable id)sender;
+- (void)paste:(nullable id)sender;
+- (void)selectAll:(nullable id)sender;
 @end
 
 @interface NSViewController : NSResponder
