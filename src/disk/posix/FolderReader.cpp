@@ -20,12 +20,11 @@ struct CloseFolder {
 std::unique_ptr<DIR, CloseFolder> openFromTheStart(int descriptor) {
   const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
   if (own < 0) return nullptr;
+  // Where a stream begins is where the descriptor stands, and there rewinddir() leads on the Mac; the
+  // duplicate stands where the last stream left off.
+  ::lseek(own, 0, SEEK_SET);
   std::unique_ptr<DIR, CloseFolder> folder(::fdopendir(own));
-  if (!folder) {
-    ::close(own);
-    return nullptr;
-  }
-  ::rewinddir(folder.get());
+  if (!folder) ::close(own);
   return folder;
 }
 
