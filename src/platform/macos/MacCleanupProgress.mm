@@ -24,6 +24,8 @@
                                         backing:NSBackingStoreBuffered
                                           defer:NO];
   _panel.releasedWhenClosed = NO;
+  // A cleanup goes on while the user looks at another program.
+  _panel.hidesOnDeactivate = NO;
   _panel.title = @"Harbor Tray";
   _what = [NSTextField labelWithString:@""];
   _what.frame = NSMakeRect(20, 75, 340, 20);
