@@ -1,5 +1,6 @@
 // The user defaults: one flat, case-sensitive namespace of keys. Every read of a missing key or of a value of
-// another type is absence, never an error; every write is durable when the call returns.
+// another type is absence, never an error; every write outlives this process when the
+// call returns, and the machine as soon as the platform's own store is on the disk.
 #pragma once
 
 #include <optional>
@@ -14,7 +15,8 @@ class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
 
-  // A Boolean, or a number that is not zero; false when missing or anything else.
+  // A Boolean, or a number that is not zero; false when missing or anything else. A platform whose settings
+  // are written by hand may take a text such as "YES" for true.
   virtual bool boolForKey(std::string_view key) const = 0;
   virtual std::optional<std::string> stringForKey(std::string_view key) const = 0;
   virtual std::optional<Data> dataForKey(std::string_view key) const = 0;

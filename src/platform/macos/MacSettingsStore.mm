@@ -17,9 +17,10 @@ id MacSettingsStore::object(std::string_view key) const {
   return name ? [defaults_ objectForKey:name] : nil;
 }
 
-// Not boolForKey:, which also takes texts such as "YES".
+// Takes the text "YES" too, which "defaults write" stores for an administrator.
 bool MacSettingsStore::boolForKey(std::string_view key) const {
-  return objectOf<NSNumber>(NSNumber.class, object(key)).doubleValue != 0.0;
+  NSString* const name = nsString(key);
+  return name && [defaults_ boolForKey:name];
 }
 
 std::optional<std::string> MacSettingsStore::stringForKey(std::string_view key) const {
@@ -41,8 +42,9 @@ bool MacSettingsStore::store(std::string_view key, id value) {
   NSString* const name = nsString(key);
   if (!name || !value) return false;
   if ([value isEqual:[defaults_ objectForKey:name]]) return true;
+  // The system's daemon has the value now and writes it soon: waiting for that would hold up the main thread.
   [defaults_ setObject:value forKey:name];
-  return [defaults_ synchronize];
+  return true;
 }
 
 bool MacSettingsStore::setBool(std::string_view key, bool value) {
