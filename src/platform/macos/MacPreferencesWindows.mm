@@ -35,6 +35,10 @@ NSViewController* MacPreferencesWindow::viewController() {
   [view addSubview:container];
   pinEdges(container, view, kMargin);
   NSTextField* const label = [NSTextField labelWithString:@"Launch at Login"];
+  [launchAtLogin_ setContentHuggingPriority:NSLayoutPriorityRequired
+                             forOrientation:NSLayoutConstraintOrientationHorizontal];
+  [launchAtLogin_ setContentHuggingPriority:NSLayoutPriorityRequired
+                             forOrientation:NSLayoutConstraintOrientationVertical];
   for (NSView* part in @[ label, launchAtLogin_, resetWarningButton_ ]) {
     part.translatesAutoresizingMaskIntoConstraints = NO;
     [container addSubview:part];

@@ -7,8 +7,16 @@
 }
 
 - (instancetype)initWithFrame:(NSRect)frame {
-  if ((self = [super initWithFrame:frame])) [self setButtonType:NSButtonTypeToggle];
+  if (!(self = [super initWithFrame:frame])) return nil;
+  [self setButtonType:NSButtonTypeToggle];
+  // A bezel would widen the frame beyond the drawing, and a title would lie over it.
+  self.bordered = NO;
+  self.title = @"";
   return self;
+}
+
+- (NSEdgeInsets)alignmentRectInsets {
+  return NSEdgeInsetsMake(0, 0, 0, 0);
 }
 
 - (BOOL)isFlipped {
