@@ -54,6 +54,8 @@ void MacStatusItem::setImage(std::string_view name, ImageMode mode) {
   NSImage* const image = [NSImage imageNamed:shownString(name)];
   [image setTemplate:mode == ImageMode::template_];
   item_.button.image = image;
+  // The icon has no title that could be read out.
+  [item_.button setAccessibilityLabel:@"Harbor Tray"];
 }
 
 void MacStatusItem::setAction(std::function<void()> clicked) {
