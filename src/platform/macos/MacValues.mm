@@ -7,19 +7,22 @@ double mainDisplayHeight() {
   return CGDisplayBounds(CGMainDisplayID()).size.height;
 }
 
-NSString* decoded(std::string_view text, NSStringEncoding encoding) {
-  return [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:encoding];
+// Keeps a byte order mark at the beginning, which -initWithBytes: takes for no part of the text.
+NSString* decoded(std::string_view text, CFStringEncoding encoding) {
+  return (__bridge_transfer NSString*)CFStringCreateWithBytes(
+      nullptr, reinterpret_cast<const UInt8*>(text.data()), static_cast<CFIndex>(text.size()), encoding,
+      false);
 }
 
 }  // namespace
 
 NSString* nsString(std::string_view text) {
-  return text.empty() ? @"" : decoded(text, NSUTF8StringEncoding);
+  return text.empty() ? @"" : decoded(text, kCFStringEncodingUTF8);
 }
 
 NSString* shownString(std::string_view text) {
   NSString* const string = nsString(text);
-  return string ? string : decoded(text, NSISOLatin1StringEncoding);
+  return string ? string : decoded(text, kCFStringEncodingISOLatin1);
 }
 
 std::string textOf(NSString* string) {

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "app/AppDelegate.h"
-#include "platform/macos/MacPlatform.h"
 #import "platform/macos/MacMenu.h"
+#include "platform/macos/MacPlatform.h"
 #import "platform/macos/MacValues.h"
 #import "platform/macos/MainMenu.h"
 
@@ -30,8 +30,8 @@
   return _platform && _platform->cleanupProgress.isWorking() ? NSTerminateCancel : NSTerminateNow;
 }
 
-// The program was started a second time, or its icon in the Dock was clicked, which is there while a window is:
-// that brings the windows back.
+// The program was started a second time, or its icon in the Dock was clicked, which is there while a window
+// is: that brings the windows back.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows {
   if (sender.activationPolicy == NSApplicationActivationPolicyRegular && !harbor::raiseModalWindow())
     return YES;

@@ -42,6 +42,7 @@ typedef HARBOR_ENUM(NSUInteger, NSButtonType){
                            action:(nullable SEL)action HARBOR_SINCE(10.12);
 - (void)setButtonType:(NSButtonType)type;
 @property(copy) NSString* title;
+@property(getter=isBordered) BOOL bordered;
 @property(copy) NSString* keyEquivalent;
 @property(nullable, strong) NSImage* image;
 @property NSControlStateValue state;

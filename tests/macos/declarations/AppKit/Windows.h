@@ -58,6 +58,7 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 @property(copy) NSColor* backgroundColor;
 @property CGFloat alphaValue;
 @property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;
+@property BOOL hidesOnDeactivate;
 @property(readonly) NSInteger windowNumber;
 @property(readonly) NSRect frame;
 - (void)setFrame:(NSRect)frame display:(BOOL)shouldDisplay;
@@ -83,6 +84,13 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 @property(class, readonly, strong, nullable) NSScreen* mainScreen;
 @property(readonly) NSRect frame;
 @end
+
+typedef float NSLayoutPriority;
+static const NSLayoutPriority NSLayoutPriorityRequired = 1000;
+typedef HARBOR_ENUM(NSInteger, NSLayoutConstraintOrientation){
+    NSLayoutConstraintOrientationHorizontal = 0,
+    NSLayoutConstraintOrientationVertical = 1,
+};
 
 @interface NSLayoutConstraint : NSObject
 @property CGFloat constant;
@@ -125,7 +133,10 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 @property(readonly, strong) NSLayoutDimension* heightAnchor HARBOR_SINCE(10.11);
 - (void)addSubview:(NSView*)view;
 - (void)removeFromSuperview;
-@property(readonly) NSSize intrinsicContentSize;
+@property(readonly) NSSize intrinsicContentSize HARBOR_SINCE(10.7);
+@property(readonly) NSEdgeInsets alignmentRectInsets HARBOR_SINCE(10.7);
+- (void)setContentHuggingPriority:(NSLayoutPriority)priority
+                   forOrientation:(NSLayoutConstraintOrientation)orientation HARBOR_SINCE(10.7);
 - (void)invalidateIntrinsicContentSize;
 - (void)drawRect:(NSRect)dirtyRect;
 - (void)setAccessibilityLabel:(nullable NSString*)label HARBOR_SINCE(10.10);

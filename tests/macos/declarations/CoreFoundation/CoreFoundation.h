@@ -18,6 +18,16 @@ typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* 
 typedef const struct __attribute__((objc_bridge(NSNumber))) __CFNumber* CFNumberRef;
 typedef const struct __attribute__((objc_bridge(NSNumber))) __CFBoolean* CFBooleanRef;
 
+typedef uint8_t UInt8;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef UInt32 CFStringEncoding;
+enum : CFStringEncoding { kCFStringEncodingISOLatin1 = 0x0201, kCFStringEncodingUTF8 = 0x08000100 };
+HARBOR_EXPORT CFStringRef _Nullable CFStringCreateWithBytes(CFAllocatorRef _Nullable allocator,
+                                                            const UInt8* bytes, CFIndex length,
+                                                            CFStringEncoding encoding,
+                                                            Boolean isExternalRepresentation)
+    __attribute__((cf_returns_retained));
+
 HARBOR_EXPORT void CFRelease(CFTypeRef object);
 HARBOR_EXPORT CFTypeID CFGetTypeID(CFTypeRef object);
 HARBOR_EXPORT CFTypeID CFBooleanGetTypeID(void);

@@ -87,9 +87,8 @@ typedef HARBOR_OPTIONS(NSUInteger, NSVolumeEnumerationOptions){
 @interface NSUserDefaults : NSObject
 @property(class, readonly, strong) NSUserDefaults* standardUserDefaults;
 - (nullable id)objectForKey:(NSString*)key;
-- (nullable NSData*)dataForKey:(NSString*)key;
+- (BOOL)boolForKey:(NSString*)key;
 - (void)setObject:(nullable id)value forKey:(NSString*)key;
-- (BOOL)synchronize;
 @end
 
 HARBOR_NONNULL_END

@@ -36,6 +36,16 @@ static inline NSSize NSMakeSize(CGFloat width, CGFloat height) {
 }
 
 typedef struct {
+  CGFloat top;
+  CGFloat left;
+  CGFloat bottom;
+  CGFloat right;
+} NSEdgeInsets;
+static inline NSEdgeInsets NSEdgeInsetsMake(CGFloat top, CGFloat left, CGFloat bottom, CGFloat right) {
+  return {top, left, bottom, right};
+}
+
+typedef struct {
   NSUInteger location;
   NSUInteger length;
 } NSRange;
@@ -86,7 +96,6 @@ typedef struct {
 
 typedef HARBOR_OPTIONS(NSUInteger, NSStringEncoding){
     NSUTF8StringEncoding = 4,
-    NSISOLatin1StringEncoding = 5,
 };
 typedef HARBOR_OPTIONS(NSUInteger, NSStringEnumerationOptions){
     NSStringEnumerationByComposedCharacterSequences = 2,
@@ -98,9 +107,6 @@ typedef HARBOR_OPTIONS(NSUInteger, NSStringEnumerationOptions){
 @end
 
 @interface NSString : NSObject <NSCopying, NSSecureCoding>
-- (nullable instancetype)initWithBytes:(const void*)bytes
-                                length:(NSUInteger)length
-                              encoding:(NSStringEncoding)encoding;
 @property(readonly) NSUInteger length;
 - (unichar)characterAtIndex:(NSUInteger)index;
 @property(readonly, nullable) const char* UTF8String;
