@@ -38,14 +38,18 @@ def linux_target():
     return ["-fobjc-runtime=macosx-11", "-isystem", str(DECLARATIONS)]
 
 
-def apple_target():
+def apple_target(system=DEPLOYMENT_TARGET):
     """Types and availability for the oldest system that the program runs on. The C library is this machine's, cut down
-    to POSIX and what systems had before it; what the Mac adds stands in the declarations."""
-    flags = ["-target", f"x86_64-apple-macos{DEPLOYMENT_TARGET}", "-Wunguarded-availability", "-nostdinc++",
+    to POSIX and what systems had before it, with the Mac's integers; what the Mac adds stands in the declarations."""
+    flags = ["-target", f"x86_64-apple-macos{system}", "-Wunguarded-availability", "-nostdinc++",
              "-D_DEFAULT_SOURCE", "-D_POSIX_C_SOURCE=200809L", "-U__nonnull", "-isystem", str(DECLARATIONS)]
     for folder in library_folders():
         flags += ["-isystem", folder]
     return flags
+
+
+# Beside a target: BOOL as Macs with Apple's own processors have it.
+BOOL_IS_BOOL = ["-DHARBOR_BOOL_IS_BOOL"]
 
 
 def diagnose(source, target, mode):

@@ -35,6 +35,11 @@ class Availability(unittest.TestCase):
         found = compiler.diagnose_all(compiler.mac_sources(), compiler.apple_target(), compiler.CHECK)
         self.assertEqual(complaints(found), "")
 
+    def test_sources_type_check_where_a_bool_is_no_character(self):
+        target = compiler.apple_target() + compiler.BOOL_IS_BOOL
+        found = compiler.diagnose_all(compiler.mac_sources(), target, compiler.CHECK)
+        self.assertEqual(complaints(found), "")
+
     def test_deployment_target_is_that_of_the_build(self):
         build = (ROOT / "CMakeLists.txt").read_text()
         self.assertIn(f"CMAKE_OSX_DEPLOYMENT_TARGET {compiler.DEPLOYMENT_TARGET} ", build)
@@ -314,6 +319,23 @@ class BadSources(unittest.TestCase):
 
     def test_absent_value_where_one_is_needed_fails(self):
         self.assertIn("nullable", self.diagnose("AbsentValue.mm", compiler.apple_target()))
+
+    def test_header_that_is_not_imported_fails(self):
+        for target in (compiler.linux_target(), compiler.apple_target()):
+            self.assertIn("CALayer", self.diagnose("MissingImport.mm", target))
+
+    def test_call_that_a_newer_system_lacks_fails_once_that_is_the_oldest_one(self):
+        self.assertEqual(self.diagnose("ObsoleteCall.mm", compiler.apple_target()), "")
+        self.assertIn("unavailable: obsoleted in macOS 15", self.diagnose("ObsoleteCall.mm", compiler.apple_target("15.0")))
+
+    def test_bool_that_is_taken_for_a_character_fails(self):
+        target = compiler.apple_target()
+        self.assertEqual(self.diagnose("BoolOfCharacters.mm", target), "")
+        self.assertIn("'signed char *'", self.diagnose("BoolOfCharacters.mm", target + compiler.BOOL_IS_BOOL))
+
+    def test_integers_that_are_the_same_on_linux_only_fail(self):
+        self.assertEqual(self.diagnose("MixedWidths.cpp", compiler.linux_target()), "")
+        self.assertIn("no matching function", self.diagnose("MixedWidths.cpp", compiler.apple_target()))
 
     def test_leak_is_found_by_the_analyser(self):
         self.assertIn("leak", self.diagnose("Leak.mm", compiler.apple_target(), compiler.ANALYSE))

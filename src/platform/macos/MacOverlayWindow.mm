@@ -1,5 +1,7 @@
 #import "platform/macos/MacOverlayWindow.h"
 
+#import <QuartzCore/QuartzCore.h>
+
 #import "platform/macos/DrawingView.h"
 #import "platform/macos/MacValues.h"
 #import "platform/macos/MacWindowServer.h"

@@ -1,5 +1,7 @@
 #import "platform/macos/ViewWindow.h"
 
+#import <QuartzCore/QuartzCore.h>
+
 #import "platform/macos/MacValues.h"
 
 @interface HarborWindowDelegate : NSObject <NSWindowDelegate>

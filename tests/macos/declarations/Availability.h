@@ -10,6 +10,9 @@
 #define HARBOR_SINCE_UNTIL(version, end) \
   __attribute__((availability(macos, introduced = version, deprecated = end)))
 
+#define HARBOR_SINCE_UNTIL_GONE(version, end, gone) \
+  __attribute__((availability(macos, introduced = version, deprecated = end, obsoleted = gone)))
+
 #ifdef __cplusplus
 #define HARBOR_EXPORT extern "C"
 #else

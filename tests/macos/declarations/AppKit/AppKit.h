@@ -7,4 +7,3 @@
 #import <AppKit/Menus.h>
 #import <AppKit/Windows.h>
 #import <Foundation/Foundation.h>
-#import <QuartzCore/QuartzCore.h>

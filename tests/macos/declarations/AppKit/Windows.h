@@ -3,11 +3,10 @@
 
 #import <AppKit/Application.h>
 #import <AppKit/Drawing.h>
-#import <QuartzCore/QuartzCore.h>
 
 HARBOR_NONNULL_BEGIN
 
-@class NSScreen, NSView, NSViewController, NSButton, NSLayoutDimension, NSLayoutXAxisAnchor,
+@class CALayer, NSScreen, NSView, NSViewController, NSButton, NSLayoutDimension, NSLayoutXAxisAnchor,
     NSLayoutYAxisAnchor;
 
 typedef NSInteger NSWindowLevel;

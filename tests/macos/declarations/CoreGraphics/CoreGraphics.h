@@ -65,7 +65,7 @@ HARBOR_EXPORT CFArrayRef _Nullable CGWindowListCopyWindowInfo(CGWindowListOption
 HARBOR_EXPORT CGImageRef _Nullable CGWindowListCreateImage(CGRect screenBounds, CGWindowListOption listOption,
                                                            CGWindowID windowID,
                                                            CGWindowImageOption imageOption)
-    __attribute__((cf_returns_retained)) HARBOR_SINCE_UNTIL(10.5, 14.0);
+    __attribute__((cf_returns_retained)) HARBOR_SINCE_UNTIL_GONE(10.5, 14.0, 15.0);
 
 HARBOR_EXPORT bool CGPreflightScreenCaptureAccess(void) HARBOR_SINCE(10.15);
 HARBOR_EXPORT bool CGRequestScreenCaptureAccess(void) HARBOR_SINCE(10.15);

@@ -4,13 +4,16 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <CoreGraphics/CoreGraphics.h>
 
-#if defined(__x86_64__)
-typedef signed char BOOL;
-#else
+// A character on Macs with an Intel processor, bool on the others.
+#ifdef HARBOR_BOOL_IS_BOOL
 typedef bool BOOL;
-#endif
+#define YES true
+#define NO false
+#else
+typedef signed char BOOL;
 #define YES __objc_yes
 #define NO __objc_no
+#endif
 #define nil nullptr
 
 HARBOR_NONNULL_BEGIN
