@@ -138,6 +138,11 @@ class Bundle(unittest.TestCase):
         self.assertEqual(information["LSMinimumSystemVersion"], compiler.DEPLOYMENT_TARGET)
         self.assertEqual(information["NSPrincipalClass"], "NSApplication")
 
+    def test_questions_for_the_users_folders_say_what_for(self):
+        information = plist("Info.plist.in")
+        for folder in ("DesktopFolder", "DocumentsFolder", "DownloadsFolder", "RemovableVolumes", "NetworkVolumes"):
+            self.assertTrue(information[f"NS{folder}UsageDescription"].endswith("."))
+
     def test_helper_answers_to_the_identifier_and_the_notification_of_the_core(self):
         core = "".join(path.read_text() for path in (ROOT / "src/app").iterdir() if path.suffix in (".cpp", ".h"))
         self.assertIn(f'"{plist("Launcher-Info.plist.in")["CFBundleIdentifier"]}"', core)
@@ -197,13 +202,22 @@ class Signing(unittest.TestCase):
             (bundle / "Contents").mkdir(parents=True, exist_ok=True)
             (bundle / "Contents/Info.plist").touch()
 
-    def run_script(self, *arguments, identity="A Certificate", tools=None):
+    def run_script(self, *arguments, identity="A Certificate", tools=None, **more):
         environment = {"PATH": f"{tools}:/usr/bin:/bin" if tools else "/usr/bin:/bin", "NOTARY_PROFILE": "a-profile"}
         if identity:
             environment["SIGNING_IDENTITY"] = identity
+        environment.update(more)
         return subprocess.run([str(self.SCRIPT), *arguments], capture_output=True, text=True, env=environment)
 
+    def check_architectures(self, commands):
+        self.assertEqual([pathlib.Path(command[1]) for command in commands], [
+            self.bundle / "Contents/MacOS/Harbor Tray", self.helper / "Contents/MacOS/LauncherApplication"])
+        for command in commands:
+            self.assertEqual([command[0], *command[2:]], ["lipo", "-verify_arch", "arm64", "x86_64"])
+
     def check(self, commands):
+        self.check_architectures(commands[:2])
+        commands = commands[2:]
         self.assertEqual([command[:2] for command in commands], [
             ["codesign", "--force"], ["codesign", "--force"], ["codesign", "--verify"], ["ditto", "-c"],
             ["xcrun", "notarytool"], ["xcrun", "stapler"], ["spctl", "--assess"]])
@@ -229,11 +243,11 @@ class Signing(unittest.TestCase):
         """Programs in the place of the Mac's that only note how they are called."""
         tools = self.folder / "tools"
         tools.mkdir()
-        for name in ("codesign", "ditto", "xcrun", "spctl"):
+        for name in ("codesign", "ditto", "xcrun", "spctl", "lipo", "productbuild"):
             script = tools / name
             script.write_text(f"""#!/bin/sh
 printf '%s\\n' {name} "$@" END >> "{self.folder}/calls"
-[ "$1" != "{failing}" ]
+case " $* " in *" {failing} "*) exit 1 ;; esac
 """)
             script.chmod(0o755)
         return tools
@@ -250,6 +264,39 @@ printf '%s\\n' {name} "$@" END >> "{self.folder}/calls"
     def test_nothing_follows_a_command_that_fails(self):
         self.assertNotEqual(self.run_script(str(self.bundle), tools=self.stand_in("--verify")).returncode, 0)
         self.assertEqual(self.calls()[-1][:2], ["codesign", "--verify"])
+
+    def test_what_runs_on_one_kind_of_mac_only_is_not_signed(self):
+        self.assertNotEqual(self.run_script(str(self.bundle), tools=self.stand_in("-verify_arch")).returncode, 0)
+        self.assertEqual([call[0] for call in self.calls()], ["lipo"])
+
+    def test_signing_alone_needs_no_certificate_and_asks_no_service(self):
+        answer = self.run_script("--sign-only", "--dry-run", str(self.bundle), identity=None, NOTARY_PROFILE="")
+        self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+        commands = [shlex.split(line) for line in answer.stdout.splitlines()]
+        self.assertEqual([command[:2] for command in commands],
+                         [["codesign", "--force"], ["codesign", "--force"], ["codesign", "--verify"]])
+        for command, bundle in zip(commands, (self.helper, self.bundle)):
+            self.assertEqual(command[command.index("--sign") + 1], "-")
+            self.assertIn("--timestamp=none", command)
+            self.assertTrue(pathlib.Path(command[command.index("--entitlements") + 1]).exists())
+            self.assertEqual(command[-1], str(bundle))
+
+    def test_package_for_the_store_has_its_profile_in_the_signature_and_is_not_notarised(self):
+        profile = self.folder / "a.provisionprofile"
+        profile.touch()
+        settings = {"INSTALLER_IDENTITY": "An Installer", "PROVISIONING_PROFILE": str(profile)}
+        answer = self.run_script("--store", "--dry-run", str(self.bundle), **settings)
+        self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+        commands = [shlex.split(line) for line in answer.stdout.splitlines()]
+        self.check_architectures(commands[:2])
+        self.assertEqual(commands[2], ["cp", str(profile), str(self.bundle / "Contents/embedded.provisionprofile")])
+        self.assertEqual([command[:2] for command in commands[3:6]],
+                         [["codesign", "--force"], ["codesign", "--force"], ["codesign", "--verify"]])
+        self.assertEqual(commands[6:], [["productbuild", "--component", str(self.bundle), "/Applications", "--sign",
+                                         "An Installer", str(self.folder / "Harbor Tray.pkg")]])
+        for missing in settings:
+            rest = {name: value for name, value in settings.items() if name != missing}
+            self.assertNotEqual(self.run_script("--store", "--dry-run", str(self.bundle), **rest).returncode, 0)
 
     def test_without_a_certificate_or_the_helper_nothing_is_signed(self):
         self.assertNotEqual(self.run_script("--dry-run", str(self.bundle), identity=None).returncode, 0)
@@ -274,7 +321,13 @@ class Configure(unittest.TestCase):
             f"-DCMAKE_OSX_DEPLOYMENT_TARGET={compiler.DEPLOYMENT_TARGET}", "-DCMAKE_INSTALL_NAME_TOOL=true",
             f"-DCMAKE_CXX_COMPILER={compiler.CLANG}", f"-DCMAKE_OBJCXX_COMPILER={compiler.CLANG}",
             "-DCMAKE_CXX_COMPILER_WORKS=1", "-DCMAKE_OBJCXX_COMPILER_WORKS=1")
-        self.assertIn("Contents/Library/LoginItems/LauncherApplication.app", build)
+        # The helper is copied by a step of its own, which comes with every build and after both programs.
+        bundle = re.search(r"^build [^\n]*/HarborTrayBundle: CUSTOM_COMMAND \|\| ([^\n]*)\n  COMMAND = ([^\n]*)", build, re.M)
+        self.assertIsNotNone(bundle)
+        for program in ("Harbor Tray.app/Contents/MacOS/Harbor Tray", "LauncherApplication.app/Contents/MacOS/Launcher"):
+            self.assertIn(program, bundle.group(1).replace("$ ", " "))
+        self.assertIn("Contents/Library/LoginItems/LauncherApplication.app", bundle.group(2))
+        self.assertRegex(build, r"\nbuild src/platform/macos/all: phony [^\n]*/HarborTrayBundle\n")
         for source in compiler.mac_sources():
             self.assertIn(str(source.relative_to(ROOT)), build)
         for source in compiler.core_sources():
