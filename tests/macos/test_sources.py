@@ -8,10 +8,12 @@ import shlex
 import struct
 import subprocess
 import tempfile
+import textwrap
 import unittest
 
 import blocks
 import compiler
+import linking
 import seam
 
 ROOT = compiler.ROOT
@@ -56,11 +58,7 @@ class Core(unittest.TestCase):
     def test_core_builds_with_the_libraries_of_the_mac(self):
         """With the C++ library of the Mac and without anything that only Linux has."""
         with tempfile.TemporaryDirectory() as folder:
-            # What the build generates.
-            (pathlib.Path(folder) / "app").mkdir()
-            text = (ROOT / "src/app/LinkAddresses.h.in").read_text()
-            (pathlib.Path(folder) / "app/LinkAddresses.h").write_text(re.sub("@[^@]*@", "", text))
-            target = compiler.apple_target() + ["-I", folder]
+            target = compiler.apple_target() + linking.generated_headers(pathlib.Path(folder))
             found = compiler.diagnose_all(compiler.core_sources(), target, compiler.CHECK)
         self.assertEqual(complaints(found), "")
 
@@ -341,6 +339,70 @@ class Configure(unittest.TestCase):
         self.assertNotIn("packaging/macos", build)
 
 
+class Link(unittest.TestCase):
+    """The program and its helper, as a bundle of Mach-O files that refer to nothing that is not there."""
+
+    @classmethod
+    def setUpClass(cls):
+        folder = linking.folder_of_results()
+        if not folder:
+            temporary = tempfile.TemporaryDirectory()
+            cls.addClassCleanup(temporary.cleanup)
+            folder = pathlib.Path(temporary.name)
+        cls.folder = folder
+        cls.stubs = folder / "system"
+        linking.make_stubs(cls.stubs)
+
+    def link_sources(self, sources, program, frameworks):
+        more = linking.generated_headers(self.folder / "generated")
+        objects, complaint = linking.compile_objects(sources, self.folder / "objects", more)
+        self.assertEqual(complaint, "")
+        return linking.link(objects, self.stubs, program, frameworks)
+
+    def test_program_and_helper_link(self):
+        bundle = self.folder / "Harbor Tray.app"
+        helper = bundle / "Contents/Library/LoginItems/LauncherApplication.app"
+        for place, template, sources, frameworks in (
+                (bundle, "Info.plist.in", linking.program_sources(), linking.linked_frameworks()),
+                (helper, "Launcher-Info.plist.in", linking.launcher_sources(), ["AppKit", "Foundation"])):
+            with self.subTest(bundle=place.name):
+                information = linking.write_information(place, template)
+                program = place / "Contents/MacOS" / information["CFBundleExecutable"]
+                self.assertEqual(self.link_sources(sources, program, frameworks), "")
+                headers = linking.headers_of(program)
+                self.assertRegex(headers, r"MH_MAGIC_64 +X86_64 +ALL +0x00 +EXECUTE")
+                self.assertRegex(headers, r"minos " + re.escape(compiler.DEPLOYMENT_TARGET))
+                libraries = set(re.findall(r"^ *name /System/Library/Frameworks/(\w+)\.framework", headers, re.M))
+                self.assertLessEqual(set(frameworks) - {"Foundation"}, libraries)
+
+    def link_bad(self, name, frameworks):
+        return self.link_sources([compiler.BAD / name], self.folder / "bad" / name, frameworks)
+
+    def test_framework_that_is_not_linked_fails(self):
+        self.assertEqual(self.link_bad("GoodProgram.mm", ["Foundation", "StoreKit"]), "")
+        self.assertIn("undefined symbol: _OBJC_CLASS_$_SKStoreReviewController", self.link_bad("GoodProgram.mm", ["Foundation"]))
+
+    def test_class_that_nobody_implements_fails(self):
+        self.assertIn("undefined symbol: _OBJC_CLASS_$_HarborForgottenClass",
+                      self.link_bad("UnimplementedClass.mm", ["Foundation"]))
+
+    def test_function_that_nobody_defines_fails(self):
+        self.assertIn("undefined symbol: __ZN6harbor9forgottenEi", self.link_bad("UndefinedFunction.cpp", []))
+
+    def test_what_no_declaration_has_is_in_no_stub(self):
+        functions, classes = linking.declared(textwrap.dedent("""
+            // HARBOR_EXPORT int commented(void);
+            HARBOR_EXPORT CFTypeID CFGetTypeID(CFTypeRef object) __attribute__((cf_returns_retained)) HARBOR_SINCE(10.6);
+            HARBOR_EXPORT NSString* const NSKey HARBOR_SINCE(10.5);
+            typedef int NSNumbering;
+            @interface NSThing<Kind> : NSObject
+            @end
+            @interface NSOther (Category)
+            @end"""))
+        self.assertEqual(functions, {"_CFGetTypeID", "_NSKey"})
+        self.assertEqual(classes, {"NSThing"})
+
+
 class BadSources(unittest.TestCase):
     """Each check fails where it should: every file of bad/ has one fault."""
 
@@ -412,6 +474,10 @@ class BadSources(unittest.TestCase):
     def test_instance_variable_in_each_block_is_found_by_the_compiler_too(self):
         found = self.diagnose("StrongMember.mm", compiler.apple_target())
         self.assertEqual(found.count("block implicitly retains 'self'"), 4, found)
+
+    def test_method_that_its_class_does_not_implement_fails(self):
+        for target in (compiler.linux_target(), compiler.apple_target()):
+            self.assertIn("method definition for 'act' not found", self.diagnose("UnimplementedMethod.mm", target))
 
     def test_method_that_a_protocol_demands_or_does_not_have_fails(self):
         for target in (compiler.linux_target(), compiler.apple_target()):

@@ -1,0 +1,9 @@
+// Declares a method and does not implement it.
+#import <Foundation/Foundation.h>
+
+@interface HarborHalfClass : NSObject
+- (void)act;
+@end
+
+@implementation HarborHalfClass
+@end
