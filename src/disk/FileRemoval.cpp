@@ -194,6 +194,10 @@ RemovalOutcome refused(RemovalRefusal refusal) {
   return outcome;
 }
 
+bool isForLackOfDescriptors(int error) {
+  return error == EMFILE || error == ENFILE;
+}
+
 RemovalOutcome failed(int error) {
   RemovalOutcome outcome;
   outcome.error = error;
@@ -221,7 +225,9 @@ RemovalOutcome FileRemoval::removeEntry(int parent, const char* name, const Fold
   if (listing && !listing->held(name, *facts)) return {};
   if (facts->type == ItemType::folder && gate_.isHomeOrAbove(*facts))
     return refused(RemovalRefusal::homeOrAbove);
-  RemovingVisitor visitor(status_, gate_.homeFacts(), listing);
+  const auto home = gate_.homeFacts();
+  if (!home && isForLackOfDescriptors(errno)) return failed(errno);
+  RemovingVisitor visitor(status_, home, listing);
   for (int tries = 0; tries < kMostPasses; ++tries) {
     walkItem(parent, name, FolderReader::Order::byInode, visitor);
     if (visitor.outcome().error != 0 || !visitor.takeContested()) return visitor.outcome();
@@ -256,7 +262,10 @@ RemovalOutcome FileRemoval::emptyFolder(const FolderWay& way) {
   FileDescriptor folder = openTopFolder(way, outcome);
   if (!folder) return outcome;
   const FolderListing listing(folder.get());
-  RemovingVisitor visitor(status_, gate_.homeFacts(), &listing);
+  const auto home = gate_.homeFacts();
+  // Without it nobody could tell the home folder from what goes.
+  if (!home && isForLackOfDescriptors(errno)) return failed(errno);
+  RemovingVisitor visitor(status_, home, &listing);
   visitor.readTopAgain();
   walkBelowInOrder(std::move(folder), FolderReader::Order::byInode, visitor);
   return visitor.outcome();
