@@ -57,7 +57,7 @@ class PackageOwned(UninstallerCase):
         self.screen.click(left + 10, (top + bottom) // 2)
         left, top, _, bottom = own.place()
         self.screen.click(left + 10, (top + bottom) // 2)
-        self.wait_for_summary("1 file selected (")
+        self.wait_for_summary("2 files selected (")  # the folder and what is listed in it
         self.screen.press_key("space")
         self.wait_for_summary("0 files selected (")
         self.screen.press_key("a", "Control_L")
