@@ -23,7 +23,7 @@ std::string standardized(const std::string& path) {
 // A grant made through a link to a folder is a grant of that folder.
 bool isSameFolder(const FileUrl& resolved, const FileUrl& folder) {
   return resolved == folder ||
-         (!folder.path.empty() && standardized(resolved.path) == standardized(folder.path));
+         (!folder.path.empty() && isSamePath(standardized(resolved.path), standardized(folder.path)));
 }
 
 bool isDirectlyUnderVolumes(const std::string& path) {
@@ -126,7 +126,7 @@ bool TWDiskAccess::runPanel(const FileUrl& folder, const Texts& texts) {
 }
 
 bool TWDiskAccess::panelShouldEnableURL(const FileUrl& url) const {
-  return !currentFolder || standardized(url.path) == standardized(currentFolder->path);
+  return !currentFolder || isSamePath(standardized(url.path), standardized(currentFolder->path));
 }
 
 ExternalVolumes externalVolumesOf(const FileManager& fileManager) {

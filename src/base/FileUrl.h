@@ -8,6 +8,10 @@
 
 namespace harbor {
 
+// Whether two absolute paths are the same: byte by byte, or, where the file system does not tell the forms of
+// Unicode apart, by the characters that the bytes stand for. No link is followed.
+bool isSamePath(std::string_view a, std::string_view b);
+
 struct FileUrl {
   std::string path;  // absolute, without a trailing slash (except "/" itself)
   bool isDirectory = false;
@@ -22,9 +26,13 @@ struct FileUrl {
   // The URL of a path: trailing slashes are dropped and remembered as "is a folder".
   static FileUrl fromPath(std::string_view path);
 
-  // Two URLs are equal when their paths are, byte by byte.
-  friend bool operator==(const FileUrl& a, const FileUrl& b) { return a.path == b.path; }
+  // Two URLs are equal when their paths are.
+  friend bool operator==(const FileUrl& a, const FileUrl& b);
 };
+
+inline bool operator==(const FileUrl& a, const FileUrl& b) {
+  return isSamePath(a.path, b.path);
+}
 
 // The part of a path behind its last slash; trailing slashes do not count. "/" has the last component "/".
 std::string lastPathComponent(std::string_view path);

@@ -50,5 +50,11 @@ TEST(PathComponents, AreThoseOfTheLastName) {
   EXPECT_EQ(stemOfPath("/A/.hidden"), ".hidden");
 }
 
+TEST(FileUrl, OnLinuxTwoFormsOfACharacterAreTwoPaths) {
+  EXPECT_EQ((FileUrl{"/Applications/\u00C9diteur.app", true}),
+            (FileUrl{"/Applications/\u00C9diteur.app", false}));
+  EXPECT_FALSE((FileUrl{"/Applications/\u00C9diteur.app"}) == (FileUrl{"/Applications/E\u0301diteur.app"}));
+}
+
 }  // namespace
 }  // namespace harbor
