@@ -62,13 +62,7 @@ FocusModeController::FocusModeController(TWFocusMode& model, SettingsStore& sett
   });
 }
 
-void FocusModeController::appendSection(Menu& menu, MenuBuild build) {
-  if (!focusModeModel.isFocusModeEnabled) {
-    stopTimer();
-  } else if (build == MenuBuild::first) {
-    startTimer();
-  }
-
+void FocusModeController::appendItems(Menu& menu) {
   Menu submenu;
   submenu.push_back(menuItem(
       "Enable", [this](const MenuItem& sender) { focusModeEnabled(sender); },

@@ -10,26 +10,20 @@
 #include "overlays/TWFocusMode.h"
 #include "overlays/TWFocusModeViewController.h"
 #include "overlays/VeilConflict.h"
-#include "platform/MenuSection.h"
 #include "platform/OverlayWindows.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
+#include "platform/TimedTool.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
 
 namespace harbor {
 
-class FocusModeController {
+class FocusModeController : public TimedTool {
  public:
   FocusModeController(TWFocusMode& model, SettingsStore& settings, VeilConflict& conflict, RunLoop& runLoop,
                       const Workspace& workspace, WindowServer& windowServer, OverlayWindows& overlayWindows,
                       const PaneSurroundings& paneSurroundings);
-  FocusModeController(const FocusModeController&) = delete;
-  FocusModeController& operator=(const FocusModeController&) = delete;
-
-  // Appends the "Focus Mode" section, brings the timer in line with the model (the first build starts it, any
-  // build stops it while the tool is off) and re-applies the veil.
-  void appendSection(Menu& menu, MenuBuild build);
 
   // Actions of the section's items.
   void focusModeEnabled(const MenuItem& sender);
@@ -64,8 +58,13 @@ class FocusModeController {
   std::unique_ptr<TWFocusModeViewController> focusModePreferences;
 
  private:
+  bool isOn() const override { return focusModeModel.isFocusModeEnabled; }
+  void resume() override { startTimer(); }
+  void stopTimer() override;
+  // Also re-applies the veil.
+  void appendItems(Menu& menu) override;
+
   void startTimer();
-  void stopTimer();
   void makeFocusWindow(CollectionBehaviour behaviour);
   void hideVeil();
   Colour veilColour(const Colour& provisional) const;

@@ -24,13 +24,13 @@ PreventSleepController::PreventSleepController(TWPreventSleep& model, SettingsSt
       powerManager_(powerManager),
       workspace_(workspace) {}
 
-void PreventSleepController::appendSection(Menu& menu, MenuBuild build) {
-  const bool isEnabled = preventSleepModel.isPreventSleepEnabled;
-  if (isEnabled && build == MenuBuild::first) {
-    setCounterFromDuration();
-    startTimer();
-  }
+void PreventSleepController::resume() {
+  setCounterFromDuration();
+  startTimer();
+}
 
+void PreventSleepController::appendItems(Menu& menu) {
+  const bool isEnabled = preventSleepModel.isPreventSleepEnabled;
   Menu submenu;
   submenu.push_back(menuItem(
       "Enable", [this](const MenuItem& sender) { preventSleepEnabled(sender); }, stateFor(isEnabled)));
@@ -65,8 +65,7 @@ void PreventSleepController::preventSleepEnabled(const MenuItem& sender) {
   }
   preventSleepModel.isPreventSleepEnabled = true;
   settings_.setBool(settings_keys::preventSleepEnabled, true);
-  setCounterFromDuration();
-  startTimer();
+  resume();
 }
 
 void PreventSleepController::preventSleepClicked(const MenuItem& sender) {
@@ -93,7 +92,7 @@ void PreventSleepController::resetSleepWithTimer() {
 
 void PreventSleepController::onSleepNoteWithNote() {
   if (!preventSleepModel.isPreventSleepEnabled || runsIndefinitely()) return;
-  sleepTimer.reset();
+  stopTimer();
   resignDate = clock_.now();
 }
 
@@ -127,7 +126,7 @@ void PreventSleepController::startTimer() {
 }
 
 void PreventSleepController::switchOff() {
-  sleepTimer.reset();
+  stopTimer();
   preventSleepModel.isPreventSleepEnabled = false;
   settings_.setBool(settings_keys::preventSleepEnabled, false);
 }

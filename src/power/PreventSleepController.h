@@ -7,29 +7,24 @@
 #include "base/PropertyList.h"
 #include "base/Subscription.h"
 #include "platform/Clock.h"
-#include "platform/MenuSection.h"
 #include "platform/PowerManager.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
+#include "platform/TimedTool.h"
 #include "platform/Workspace.h"
 #include "power/TWPreventSleep.h"
 
 namespace harbor {
 
-class PreventSleepController {
+class PreventSleepController : public TimedTool {
  public:
   PreventSleepController(TWPreventSleep& model, SettingsStore& settings, RunLoop& runLoop, const Clock& clock,
                          PowerManager& powerManager, Workspace& workspace);
-  PreventSleepController(const PreventSleepController&) = delete;
-  PreventSleepController& operator=(const PreventSleepController&) = delete;
-
-  // Appends the "Prevent Sleep" section with the time left in its title. The first build resumes a countdown
-  // that was left running, from the full duration.
-  void appendSection(Menu& menu, MenuBuild build);
 
   // Actions of the section's items.
   void preventSleepEnabled(const MenuItem& sender);
-  // Choosing the selected duration again changes nothing, not even the countdown.
+  // Choosing the selected duration again changes nothing, not even the countdown. From a menu that was opened
+  // before the tool went off, it starts the timer, which the next build of the menu stops.
   void preventSleepClicked(const MenuItem& sender);
   void startScreenSaver(const MenuItem& sender);
 
@@ -48,6 +43,13 @@ class PreventSleepController {
   std::optional<Date> resignDate;        // when the machine went to sleep during a countdown
 
  private:
+  bool isOn() const override { return preventSleepModel.isPreventSleepEnabled; }
+  // A countdown that was left running starts again, from the full duration.
+  void resume() override;
+  void stopTimer() override { sleepTimer.reset(); }
+  // The section has the time left in its title.
+  void appendItems(Menu& menu) override;
+
   bool runsIndefinitely() const;
   void setCounterFromDuration();
   void startTimer();

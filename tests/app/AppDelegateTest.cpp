@@ -386,6 +386,22 @@ TEST_F(AppDelegateTest, AToolThatIsSwitchedOnIsBoldAtTheNextOpening) {
   EXPECT_EQ(boldTitles(), (Texts{"Focus Mode", "Clear Clipboard Formatting"}));
 }
 
+TEST_F(AppDelegateTest, ABuildWithEveryToolOffLeavesNoTimer) {
+  for (const char* key :
+       {settings_keys::focusModeEnabled, settings_keys::preventSleepEnabled, settings_keys::clipboardEnabled,
+        settings_keys::autoClearClipboardFormattingEnabled})
+    platform.settings.setBool(key, true);
+  restart();
+  EXPECT_EQ(platform.runLoop.runningTimers(), 4u);
+  // However a tool came to be off: its timer is not left to run behind the menu's back.
+  app->focusModeModel.isFocusModeEnabled = false;
+  app->preventSleepModel.isPreventSleepEnabled = false;
+  app->clipboardModel.isClipboardEnabled = false;
+  app->clearClipboardFormattingModel.isAutoClearClipboardFormattingEnabled = false;
+  platform.statusItem.click();
+  EXPECT_EQ(platform.runLoop.runningTimers(), 0u);
+}
+
 TEST_F(AppDelegateTest, ClipboardToolsLeftOnResumeAtTheStart) {
   start();
   platform.statusItem.choose({"Clipboard", "Enable"});

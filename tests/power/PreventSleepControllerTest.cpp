@@ -164,6 +164,19 @@ TEST_F(PreventSleep, ADurationStartsTheTimerWhenNoneRuns) {
   EXPECT_EQ(power.preventSleepCounter, 3600);
 }
 
+TEST_F(PreventSleep, ABuildWhileOffStopsATimerThatADurationOfAnOpenMenuStarted) {
+  model.selectedDuration = "5 Minutes";
+  switchOn();
+  platform.runLoop.advance(300s);
+  select("Indefinitely");
+  ASSERT_TRUE(power.sleepTimer);
+  EXPECT_EQ(build().title, "Prevent Sleep");
+  expectOff();
+  const int attempts = platform.powerManager.attempts;
+  platform.runLoop.advance(1h);
+  EXPECT_EQ(platform.powerManager.attempts, attempts);
+}
+
 TEST_F(PreventSleep, SleepStopsTheTimerAndKeepsTheTime) {
   switchOn();
   const Date asleep = platform.runLoop.now();
