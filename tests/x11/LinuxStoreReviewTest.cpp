@@ -1,59 +1,20 @@
 #include "platform/linux/LinuxStoreReview.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <csignal>
 
 #include "EventLoop.h"
-#include "support/TemporaryFolder.h"
+#include "PrivateBus.h"
 
 namespace harbor {
 namespace {
 
 const QString kService = QStringLiteral("org.freedesktop.Notifications");
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
-
-// A session bus of a test's own, on which nothing is started by itself.
-class PrivateBus {
- public:
-  PrivateBus() {
-    const std::string configuration = folder_.makeFile(
-        "bus.conf",
-        "<busconfig><type>session</type><listen>unix:path=" + folder_.path("bus") +
-            "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow send_destination=\"*\"/>"
-            "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-    daemon_ = fork();
-    if (daemon_ == 0) {
-      if (!freopen("/dev/null", "w", stderr)) _exit(127);
-      execlp("dbus-daemon", "dbus-daemon", "--nofork", ("--config-file=" + configuration).c_str(),
-             static_cast<char*>(nullptr));
-      _exit(127);
-    }
-    EXPECT_TRUE(waitUntil([this] { return access(folder_.path("bus").c_str(), F_OK) == 0; }));
-  }
-  ~PrivateBus() {
-    for (const QString& name : names_)
-      QDBusConnection::disconnectFromBus(name);
-    kill(daemon_, SIGTERM);
-    waitpid(daemon_, nullptr, 0);
-  }
-
-  QDBusConnection connect(const QString& name) {
-    names_.push_back(name);
-    return QDBusConnection::connectToBus(QString::fromStdString("unix:path=" + folder_.path("bus")), name);
-  }
-
- private:
-  TemporaryFolder folder_;
-  pid_t daemon_ = -1;
-  QStringList names_;
-};
 
 // The desktop's notification service, whose user is the test.
 class NotificationService : public QDBusVirtualObject {

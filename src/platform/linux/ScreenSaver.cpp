@@ -11,6 +11,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -35,6 +36,8 @@ constexpr Service kServices[] = {
 };
 constexpr char kActivityService[] = "org.freedesktop.ScreenSaver";
 constexpr char kActivityPath[] = "/org/freedesktop/ScreenSaver";
+// From the request to a saver's own report. One that never reports must not count as active for good.
+constexpr std::chrono::seconds kLongestStart{10};
 constexpr char kStatusProperty[] = "_SCREENSAVER_STATUS";
 
 // A call that never starts a service that is not running.
@@ -48,13 +51,18 @@ QDBusMessage callTo(const Service& service, const char* method) {
 
 }  // namespace
 
-ScreenSaver::ScreenSaver(XcbConnection* connection) : connection_(connection) {
+ScreenSaver::ScreenSaver(XcbConnection* connection, QDBusConnection bus)
+    : connection_(connection), bus_(std::move(bus)) {
+  starting_.setSingleShot(true);
+  starting_.setInterval(kLongestStart);
+  starting_.callOnTimeout(this, [this] { update([this] { starting_.stop(); }); });
   if (connection_) followServer();
   followServices();
+  wasActive_ = isActive();
 }
 
 bool ScreenSaver::isActive() const {
-  return serverActive_ || programActive_ || !activeServices_.isEmpty();
+  return starting_.isActive() || serverActive_ || programActive_ || !activeServices_.isEmpty();
 }
 
 Subscription ScreenSaver::onChange(std::function<void()> handler) {
@@ -62,17 +70,16 @@ Subscription ScreenSaver::onChange(std::function<void()> handler) {
 }
 
 void ScreenSaver::update(const std::function<void()>& change) {
-  const bool before = isActive();
   change();
-  if (before != isActive()) observers_.notify();
+  const bool active = isActive();
+  if (std::exchange(wasActive_, active) != active) observers_.notify();
 }
 
 void ScreenSaver::followServer() {
   auto* xcb = connection_->get();
   const auto* extension = xcb_get_extension_data(xcb, &xcb_screensaver_id);
-  hasServerSaver_ = extension && extension->present;
   int saverNotify = -1;
-  if (hasServerSaver_) {
+  if (extension && extension->present) {
     saverNotify = extension->first_event + XCB_SCREENSAVER_NOTIFY;
     xcb_screensaver_select_input(xcb, connection_->root(), XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
     const XcbOwned<xcb_screensaver_query_info_reply_t> info(
@@ -90,20 +97,26 @@ void ScreenSaver::followServer() {
     const int type = event.response_type & 0x7f;
     if (type == saverNotify) {
       const auto& notify = reinterpret_cast<const xcb_screensaver_notify_event_t&>(event);
-      update([&] { serverActive_ = notify.state == XCB_SCREENSAVER_STATE_ON; });
+      update([&] {
+        starting_.stop();
+        serverActive_ = notify.state == XCB_SCREENSAVER_STATE_ON;
+      });
     } else if (type == XCB_PROPERTY_NOTIFY) {
       const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-      if (notify.atom == status) update([&] { programActive_ = isProgramActive(); });
+      if (notify.atom != status) return;
+      update([&] {
+        starting_.stop();
+        programActive_ = isProgramActive();
+      });
     }
   });
 }
 
 void ScreenSaver::followServices() {
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
+  if (!bus_.isConnected()) return;
 
   auto* watcher = new QDBusServiceWatcher(this);
-  watcher->setConnection(bus);
+  watcher->setConnection(bus_);
   watcher->setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
   QSet<QString> followed;
   for (const auto& service : kServices) {
@@ -112,21 +125,25 @@ void ScreenSaver::followServices() {
       followed.insert(name);
       watcher->addWatchedService(name);
       // Of any path, since services differ in the path that the signal comes from.
-      bus.connect(QString(), QString(), QString::fromLatin1(service.interface),
-                  QStringLiteral("ActiveChanged"), this, SLOT(activeChanged(bool, QDBusMessage)));
+      bus_.connect(QString(), QString(), QString::fromLatin1(service.interface),
+                   QStringLiteral("ActiveChanged"), this, SLOT(activeChanged(bool, QDBusMessage)));
     }
-    auto* pending = new QDBusPendingCallWatcher(bus.asyncCall(callTo(service, "GetActive")), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, name] {
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(callTo(service, "GetActive")), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
       const QDBusPendingReply<bool> reply = *pending;
-      if (name == QLatin1String(kActivityService) &&
-          (reply.isValid() || reply.error().type() != QDBusError::ServiceUnknown)) {
-        isActivityServiceThere_ = true;
-      }
       if (reply.isValid() && reply.value())
         update([&] { activeServices_.insert(pending->reply().service()); });
       pending->deleteLater();
     });
   }
+  auto* owned = new QDBusPendingCallWatcher(
+      bus_.interface()->asyncCall(QStringLiteral("NameHasOwner"), QString::fromLatin1(kActivityService)),
+      this);
+  connect(owned, &QDBusPendingCallWatcher::finished, this, [this, owned] {
+    const QDBusPendingReply<bool> reply = *owned;
+    isActivityServiceThere_ = reply.isValid() && reply.value();
+    owned->deleteLater();
+  });
   connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
           [this](const QString& name, const QString& oldOwner, const QString& newOwner) {
             if (name == QLatin1String(kActivityService)) isActivityServiceThere_ = !newOwner.isEmpty();
@@ -136,6 +153,7 @@ void ScreenSaver::followServices() {
 
 void ScreenSaver::activeChanged(bool active, const QDBusMessage& message) {
   update([&] {
+    starting_.stop();
     if (active) {
       activeServices_.insert(message.service());
     } else {
@@ -145,7 +163,8 @@ void ScreenSaver::activeChanged(bool active, const QDBusMessage& message) {
 }
 
 bool ScreenSaver::activate() {
-  if (QDBusConnection::sessionBus().isConnected()) {
+  update([this] { starting_.start(); });
+  if (bus_.isConnected()) {
     activateFrom(0);
     return true;
   }
@@ -159,7 +178,7 @@ void ScreenSaver::activateFrom(std::size_t service) {
   }
   auto message = callTo(kServices[service], "SetActive");
   message << true;
-  auto* pending = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+  auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
   connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, service] {
     if (pending->isError()) activateFrom(service + 1);
     pending->deleteLater();
@@ -167,7 +186,10 @@ void ScreenSaver::activateFrom(std::size_t service) {
 }
 
 bool ScreenSaver::activateServer() {
-  if (!connection_) return false;
+  if (!connection_) {
+    update([this] { starting_.stop(); });
+    return false;
+  }
   const auto command = QStringLiteral("xscreensaver-command");
   if (connection_->word(connection_->root(), connection_->atom(kStatusProperty)) &&
       !QStandardPaths::findExecutable(command).isEmpty()) {
@@ -181,7 +203,7 @@ bool ScreenSaver::activateServer() {
 void ScreenSaver::simulateUserActivity() {
   if (!isActivityServiceThere_) return;
   auto message = callTo({kActivityService, kActivityPath, kActivityService}, "SimulateUserActivity");
-  QDBusConnection::sessionBus().send(message);
+  bus_.send(message);
 }
 
 }  // namespace harbor

@@ -2,9 +2,11 @@
 // session bus, the X server and xscreensaver, never waiting for an answer.
 #pragma once
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 
@@ -20,9 +22,10 @@ class ScreenSaver : public QObject {
 
  public:
   // Without an X server the connection is null; it outlives this.
-  explicit ScreenSaver(XcbConnection* connection);
+  explicit ScreenSaver(XcbConnection* connection, QDBusConnection bus = QDBusConnection::sessionBus());
 
-  // As last reported; a saver that starts is known a moment later.
+  // As last reported. One that was started from here counts as active before it reports itself, for at most
+  // ten seconds: savers fade in.
   bool isActive() const;
   // Calls the handler whenever isActive changes.
   Subscription onChange(std::function<void()> handler);
@@ -41,15 +44,16 @@ class ScreenSaver : public QObject {
   void followServer();
   void activateFrom(std::size_t service);
   bool activateServer();
-  void setServer(bool active);
   void update(const std::function<void()>& change);
 
   XcbConnection* connection_;
-  bool hasServerSaver_ = false;
+  QDBusConnection bus_;
   bool serverActive_ = false;
   bool programActive_ = false;    // xscreensaver
   QSet<QString> activeServices_;  // by their unique bus names
   bool isActivityServiceThere_ = false;
+  bool wasActive_ = false;  // as the observers know it
+  QTimer starting_;         // runs from the start of a saver to its first report
   Observers<> observers_;
   Subscription events_;
 };
