@@ -225,10 +225,18 @@ class Screen:
 
     def close_window(self, window):
         """What the cross in a title bar does."""
+        self._ask_manager(window, "_NET_CLOSE_WINDOW", X.CurrentTime, 2)
+
+    def minimize_window(self, window):
+        """What the button for that in a title bar does."""
+        iconic = 3
+        self._ask_manager(window, "WM_CHANGE_STATE", iconic)
+
+    def _ask_manager(self, window, request, *data):
         message = event.ClientMessage(
             window=window.window,
-            client_type=self.atom("_NET_CLOSE_WINDOW"),
-            data=(32, [X.CurrentTime, 2, 0, 0, 0]),
+            client_type=self.atom(request),
+            data=(32, [*data, *[0] * (5 - len(data))]),
         )
         self.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
         self.display.sync()

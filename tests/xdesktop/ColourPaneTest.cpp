@@ -15,7 +15,7 @@ namespace {
 class ColourPaneOnQt : public testing::Test {
  protected:
   ColourPaneOnQt() {
-    pane = LinuxColourPanes().make({[this] { ++changes; }, [this] { ++disappeared; }});
+    pane = LinuxColourPanes(userTime).make({[this] { ++changes; }, [this] { ++disappeared; }});
     pane->setTitle("Focus Mode Preferences");
     pane->setContainer(Colour::black().withAlpha(0.05), 5);
     pane->showWindow();
@@ -38,6 +38,7 @@ class ColourPaneOnQt : public testing::Test {
 
   int changes = 0;
   int disappeared = 0;
+  UserTime userTime{nullptr};
   std::unique_ptr<ColourPane> pane;
 };
 
@@ -84,13 +85,14 @@ TEST_F(ColourPaneOnQt, ClosesSilentlyWhenDestroyed) {
 }
 
 TEST(ColourPaneThatDestroysItself, SurvivesItsOwnHandler) {
+  UserTime userTime(nullptr);
   std::unique_ptr<ColourPane> pane;
   int disappeared = 0;
-  pane = LinuxColourPanes().make({[] {},
-                                  [&] {
-                                    ++disappeared;
-                                    pane.reset();
-                                  }});
+  pane = LinuxColourPanes(userTime).make({[] {},
+                                          [&] {
+                                            ++disappeared;
+                                            pane.reset();
+                                          }});
   pane->setTitle("Tint Screen Preferences");
   pane->showWindow();
   for (auto* widget : QApplication::topLevelWidgets()) {

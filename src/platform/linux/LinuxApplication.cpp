@@ -1,7 +1,6 @@
 #include "platform/linux/LinuxApplication.h"
 
 #include <QApplication>
-#include <QWidget>
 
 namespace harbor {
 
@@ -10,9 +9,7 @@ void LinuxApplication::activateIgnoringOtherApps() {
     modalWindows_.bringToFront();
     return;
   }
-  for (QWidget* const window : QApplication::topLevelWidgets()) {
-    if (window->isVisible() && window->windowType() == Qt::Window) userTime_.bringToFront(*window);
-  }
+  userTime_.bringAllToFront();
 }
 
 void LinuxApplication::terminate() {

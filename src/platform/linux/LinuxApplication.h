@@ -16,10 +16,9 @@ class LinuxApplication : public Application {
   LinuxApplication(ModalWindows& modalWindows, UserTime& userTime)
       : modalWindows_(modalWindows), userTime_(userTime) {}
 
-  // A program without windows is in no task bar, and each window says for itself whether it wants to be: the
-  // policy is kept for the windows to ask.
-  void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
-  ActivationPolicy activationPolicy() const { return policy_; }
+  // Nothing to do: a program without windows is in no task bar, and each window says for itself whether it
+  // wants to be.
+  void setActivationPolicy(ActivationPolicy) override {}
   void activateIgnoringOtherApps() override;
   void terminate() override;
   std::optional<std::string> bundleIdentifier() const override { return kApplicationIdentifier; }
@@ -29,7 +28,6 @@ class LinuxApplication : public Application {
  private:
   ModalWindows& modalWindows_;
   UserTime& userTime_;
-  ActivationPolicy policy_ = ActivationPolicy::accessory;
 };
 
 }  // namespace harbor

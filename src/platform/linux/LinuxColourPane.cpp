@@ -26,11 +26,12 @@ QColor toQColor(const Colour& colour) {
 }  // namespace
 
 std::unique_ptr<ColourPane> LinuxColourPanes::make(ColourPaneEvents events) {
-  return std::make_unique<LinuxColourPane>(std::move(events));
+  return std::make_unique<LinuxColourPane>(std::move(events), userTime_);
 }
 
-LinuxColourPane::LinuxColourPane(ColourPaneEvents events)
+LinuxColourPane::LinuxColourPane(ColourPaneEvents events, UserTime& userTime)
     : events_(std::move(events)),
+      userTime_(userTime),
       window_(new PaneWindow([this] { closed(); })),
       well_(new QPushButton(&window_->container())) {
   QFrame* const container = &window_->container();
@@ -93,8 +94,7 @@ void LinuxColourPane::showWindow() {
 }
 
 void LinuxColourPane::orderFrontRegardless() {
-  window_->raise();
-  window_->activateWindow();
+  userTime_.bringToFront(*window_);
 }
 
 void LinuxColourPane::openChooser() {

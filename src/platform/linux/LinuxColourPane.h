@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "platform/ColourPane.h"
+#include "platform/linux/UserTime.h"
 
 class QColorDialog;
 class QPushButton;
@@ -16,7 +17,7 @@ class PaneWindow;
 
 class LinuxColourPane : public ColourPane {
  public:
-  explicit LinuxColourPane(ColourPaneEvents events);
+  LinuxColourPane(ColourPaneEvents events, UserTime& userTime);
   ~LinuxColourPane() override;
 
   void setContainer(const Colour& background, double cornerRadius) override;
@@ -33,6 +34,7 @@ class LinuxColourPane : public ColourPane {
   void showColour();
 
   ColourPaneEvents events_;
+  UserTime& userTime_;
   Colour colour_;
   PaneWindow* window_;
   QPushButton* well_;

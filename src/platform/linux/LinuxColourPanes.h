@@ -2,12 +2,17 @@
 #pragma once
 
 #include "platform/ColourPane.h"
+#include "platform/linux/UserTime.h"
 
 namespace harbor {
 
 class LinuxColourPanes : public ColourPanes {
  public:
+  explicit LinuxColourPanes(UserTime& userTime) : userTime_(userTime) {}
   std::unique_ptr<ColourPane> make(ColourPaneEvents events) override;
+
+ private:
+  UserTime& userTime_;
 };
 
 }  // namespace harbor

@@ -66,7 +66,7 @@ struct LinuxPlatform {
   LinuxOverlayWindows overlayWindows;
   LinuxPointerMonitor pointerMonitor{x.get()};
   LinuxPowerManager powerManager{x.get(), screenSaver};
-  LinuxColourPanes colourPanes;
+  LinuxColourPanes colourPanes{userTime};
   LinuxSettingsStore settings;
   LinuxApplicationBundles applicationBundles;
   LinuxFileManager fileManager;

@@ -19,7 +19,7 @@ constexpr int kContainerWidth = 300;
 
 }  // namespace
 
-LinuxPreferencesWindow::LinuxPreferencesWindow(const UserTime& userTime, PreferencesWindowEvents events)
+LinuxPreferencesWindow::LinuxPreferencesWindow(UserTime& userTime, PreferencesWindowEvents events)
     : userTime_(userTime),
       window_(new PaneWindow(std::move(events.viewDidDisappear))),
       launchAtLogin_(new DrawnSwitchButton(&window_->container())),

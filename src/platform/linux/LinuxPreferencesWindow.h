@@ -13,7 +13,7 @@ class PaneWindow;
 
 class LinuxPreferencesWindow : public PreferencesWindow {
  public:
-  LinuxPreferencesWindow(const UserTime& userTime, PreferencesWindowEvents events);
+  LinuxPreferencesWindow(UserTime& userTime, PreferencesWindowEvents events);
   ~LinuxPreferencesWindow() override;
 
   void setContainer(const Colour& background, double cornerRadius) override;
@@ -24,7 +24,7 @@ class LinuxPreferencesWindow : public PreferencesWindow {
   void orderFrontRegardless() override;
 
  private:
-  const UserTime& userTime_;
+  UserTime& userTime_;
   PaneWindow* window_;
   DrawnSwitchButton* launchAtLogin_;
   QPushButton* resetWarnings_;
@@ -32,14 +32,14 @@ class LinuxPreferencesWindow : public PreferencesWindow {
 
 class LinuxPreferencesWindows : public PreferencesWindows {
  public:
-  explicit LinuxPreferencesWindows(const UserTime& userTime) : userTime_(userTime) {}
+  explicit LinuxPreferencesWindows(UserTime& userTime) : userTime_(userTime) {}
 
   std::unique_ptr<PreferencesWindow> make(PreferencesWindowEvents events) override {
     return std::make_unique<LinuxPreferencesWindow>(userTime_, std::move(events));
   }
 
  private:
-  const UserTime& userTime_;
+  UserTime& userTime_;
 };
 
 }  // namespace harbor

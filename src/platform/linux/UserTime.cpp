@@ -1,8 +1,30 @@
 #include "platform/linux/UserTime.h"
 
+#include <QApplication>
+#include <QWindow>
+#include <algorithm>
+
 namespace harbor {
+namespace {
+
+// Toolkit and program have a connection each. Only what goes over the toolkit's own reaches the window
+// manager behind the window's map request.
+xcb_connection_t* toolkitConnection() {
+  auto* const x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
+  return x11 ? x11->connection() : nullptr;
+}
+
+bool isOnScreen(const QWidget& window) {
+  return window.isVisible() && !window.isMinimized() && window.windowType() == Qt::Window;
+}
+
+}  // namespace
 
 UserTime::UserTime(XcbConnection* x) : x_(x) {
+  QObject::connect(qApp, &QApplication::focusWindowChanged, &focus_, [this] {
+    QWidget* const window = QApplication::activeWindow();
+    if (window && window->windowType() == Qt::Window) used(*window);
+  });
   if (!x_) return;
   window_ = xcb_generate_id(x_->get());
   xcb_create_window(x_->get(), XCB_COPY_FROM_PARENT, window_, x_->root(), -1, -1, 1, 1, 0,
@@ -29,10 +51,40 @@ void UserTime::note() {
   x_->dispatch();
 }
 
-void UserTime::bringToFront(QWidget& window) const {
-  if (window.isMinimized()) window.showNormal();
+void UserTime::bringToFront(QWidget& window) {
+  used(window);
+  if (window.isMinimized()) window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.raise();
-  if (!x_ || latest_ == 0) {
+  activate(window);
+}
+
+void UserTime::bringAllToFront() {
+  std::erase_if(used_, [](const QPointer<QWidget>& window) { return !window; });
+  std::vector<QWidget*> windows;
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (isOnScreen(*window)) windows.push_back(window);
+  }
+  // A window that was never used lies below the others; those that were not, by their age.
+  const auto rank = [this](QWidget* window) {
+    const auto found = std::find(used_.begin(), used_.end(), window);
+    return found == used_.end() ? std::ptrdiff_t{-1} : found - used_.begin();
+  };
+  std::sort(windows.begin(), windows.end(), [&rank](QWidget* a, QWidget* b) {
+    return rank(a) != rank(b) ? rank(a) < rank(b) : a->winId() < b->winId();
+  });
+  for (QWidget* const window : windows)
+    window->raise();
+  if (!windows.empty()) activate(*windows.back());
+}
+
+void UserTime::used(QWidget& window) {
+  std::erase_if(used_, [&window](const QPointer<QWidget>& each) { return !each || each == &window; });
+  used_.emplace_back(&window);
+}
+
+void UserTime::activate(QWidget& window) const {
+  xcb_connection_t* const toolkit = toolkitConnection();
+  if (!x_ || !toolkit || latest_ == 0) {
     window.activateWindow();
     return;
   }
@@ -47,10 +99,10 @@ void UserTime::bringToFront(QWidget& window) const {
   message.type = x_->atom("_NET_ACTIVE_WINDOW");
   message.data.data32[0] = kSourceIsApplication;
   message.data.data32[1] = latest_;
-  xcb_send_event(x_->get(), 0, x_->root(),
+  xcb_send_event(toolkit, 0, x_->root(),
                  XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                  reinterpret_cast<const char*>(&message));
-  xcb_flush(x_->get());
+  xcb_flush(toolkit);
 }
 
 }  // namespace harbor

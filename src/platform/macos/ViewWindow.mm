@@ -65,6 +65,8 @@ void ViewWindow::showWindow() {
 }
 
 void ViewWindow::orderFrontRegardless() {
+  // Ordering alone leaves a window that the user has put into the Dock there.
+  if (window_.miniaturized) [window_ deminiaturize:nil];
   [window_ orderFrontRegardless];
 }
 

@@ -60,6 +60,8 @@ typedef HARBOR_ENUM(NSInteger, NSWindowOrderingMode){
 @property BOOL hidesOnDeactivate;
 @property(readonly) NSInteger windowNumber;
 @property(readonly) NSRect frame;
+@property(readonly, getter=isMiniaturized) BOOL miniaturized;
+- (void)deminiaturize:(nullable id)sender;
 - (void)setFrame:(NSRect)frame display:(BOOL)shouldDisplay;
 - (void)orderOut:(nullable id)sender;
 - (void)orderFrontRegardless;
