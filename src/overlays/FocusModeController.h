@@ -7,13 +7,13 @@
 #include <string>
 
 #include "base/Subscription.h"
+#include "menu/TimedTool.h"
 #include "overlays/TWFocusMode.h"
 #include "overlays/TWFocusModeViewController.h"
 #include "overlays/VeilConflict.h"
 #include "platform/OverlayWindows.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
-#include "platform/TimedTool.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
 

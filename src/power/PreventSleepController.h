@@ -6,11 +6,11 @@
 
 #include "base/PropertyList.h"
 #include "base/Subscription.h"
+#include "menu/TimedTool.h"
 #include "platform/Clock.h"
 #include "platform/PowerManager.h"
 #include "platform/RunLoop.h"
 #include "platform/SettingsStore.h"
-#include "platform/TimedTool.h"
 #include "platform/Workspace.h"
 #include "power/TWPreventSleep.h"
 
