@@ -14,8 +14,8 @@ namespace harbor {
 class TWDialog {
  public:
   struct ShowResult {
-    bool firstButtonPressed = false;
-    bool boxTicked = false;  // false when no box was shown
+    bool firstButtonPressed = false;  // false also when the program ends before there is an answer
+    bool boxTicked = false;           // false when no box was shown
   };
 
   TWDialog(AlertPanel& panel, SettingsStore& settings) : panel_(panel), settings_(settings) {}

@@ -55,7 +55,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Links& links)
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-  greet();
+  if (!greet()) return;
   openGrantedAccess();
   configureButton();
   buildMenu(MenuBuild::first);
@@ -65,12 +65,14 @@ void AppDelegate::applicationDidFinishLaunching() {
   systemApps.emplace_back("/Applications/Xcode.app");
 }
 
-void AppDelegate::greet() {
-  if (platform_.settings.boolForKey(settings_keys::startMessageAlertSuppression)) return;
-  dialog_.show("", "OK", "Welcome to Harbor Tray!",
-               "I am a menubar only app. Please click my icon from the menubar to get started. "
-               "Hope you love me!",
-               "Do not show again");
+bool AppDelegate::greet() {
+  if (platform_.settings.boolForKey(settings_keys::startMessageAlertSuppression)) return true;
+  return dialog_
+      .show("", "OK", "Welcome to Harbor Tray!",
+            "I am a menubar only app. Please click my icon from the menubar to get started. "
+            "Hope you love me!",
+            "Do not show again")
+      .firstButtonPressed;
 }
 
 void AppDelegate::openGrantedAccess() {

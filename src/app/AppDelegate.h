@@ -80,7 +80,8 @@ class AppDelegate {
   TWClearClipboardFormatting clearClipboardFormattingModel;
 
  private:
-  void greet();
+  // False when the program is to end before the user has answered.
+  bool greet();
   void openGrantedAccess();
   void configureButton();
   void buildMenu(MenuBuild build);

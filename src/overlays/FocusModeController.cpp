@@ -94,7 +94,7 @@ void FocusModeController::focusModeEnabled(const MenuItem& sender) {
     lastWindowNumber = kNoWindow;
     return;
   }
-  conflict_.resolveBefore(VeilConflict::Veil::focusMode);
+  if (!conflict_.resolveBefore(VeilConflict::Veil::focusMode)) return;
   lastWindowNumber = kNoWindow;
   focusModeModel.isFocusModeEnabled = true;
   settings_.setBool(settings_keys::focusModeEnabled, true);

@@ -46,9 +46,10 @@ void HideDesktopIconsController::appendSection(Menu& menu, MenuBuild) {
 void HideDesktopIconsController::hideDesktopIconsEnabled(const MenuItem& sender) {
   const bool switchesOn = sender.state != MenuItem::State::on;
   if (switchesOn && !settings_.boolForKey(settings_keys::hideDesktopIconsAlertSuppression)) {
-    dialog_.show("", "OK", "Your Desktop Icons Will Be Hidden!",
-                 "Your mouse actions on the desktop will also be disabled for your security.",
-                 "Do not show again");
+    const auto answer = dialog_.show(
+        "", "OK", "Your Desktop Icons Will Be Hidden!",
+        "Your mouse actions on the desktop will also be disabled for your security.", "Do not show again");
+    if (!answer.firstButtonPressed) return;
   }
   if (switchesOn) windowServer_.requestPictures();
   hideDesktopIconsModel.isHideDesktopIconsEnabled = switchesOn;

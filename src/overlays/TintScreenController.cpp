@@ -73,7 +73,7 @@ void TintScreenController::tintScreenEnabled(const MenuItem& sender) {
     switchOff();
     return;
   }
-  conflict_.resolveBefore(VeilConflict::Veil::tintScreen);
+  if (!conflict_.resolveBefore(VeilConflict::Veil::tintScreen)) return;
   tintScreenModel.isTintScreenEnabled = true;
   settings_.setBool(settings_keys::tintScreenEnabled, true);
   applyTintScreen();

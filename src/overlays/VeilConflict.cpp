@@ -29,14 +29,16 @@ void VeilConflict::setSwitchOff(Veil veil, std::function<void()> switchOff) {
   switchOff_[static_cast<std::size_t>(veil)] = std::move(switchOff);
 }
 
-void VeilConflict::resolveBefore(Veil comingOn) {
+bool VeilConflict::resolveBefore(Veil comingOn) {
   for (const Row& row : kRows) {
     if (row.comingOn != comingOn || !settings_.boolForKey(row.otherEnabledKey)) continue;
     switchOff_[static_cast<std::size_t>(row.other)]();
-    if (!settings_.boolForKey(settings_keys::focusTintAlertSuppression)) {
-      dialog_.show("", "OK", "Attempt to Activate Conflicting Features!", row.alertText, "Do not show again");
-    }
+    if (settings_.boolForKey(settings_keys::focusTintAlertSuppression)) continue;
+    const auto answer = dialog_.show("", "OK", "Attempt to Activate Conflicting Features!", row.alertText,
+                                     "Do not show again");
+    if (!answer.firstButtonPressed) return false;
   }
+  return true;
 }
 
 }  // namespace harbor

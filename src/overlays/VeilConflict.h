@@ -21,8 +21,9 @@ class VeilConflict {
   void setSwitchOff(Veil veil, std::function<void()> switchOff);
 
   // To be called before the veil comes on. If the other is stored as enabled, it is switched off, and then
-  // the user is told, unless the alert is suppressed.
-  void resolveBefore(Veil comingOn);
+  // the user is told, unless the alert is suppressed. False when the program is to end before the user has
+  // answered: the veil stays off then.
+  [[nodiscard]] bool resolveBefore(Veil comingOn);
 
  private:
   SettingsStore& settings_;

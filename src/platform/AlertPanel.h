@@ -15,7 +15,9 @@ struct Alert {
 };
 
 struct AlertResult {
-  int button = 0;                  // index into Alert::buttons of the button that ended the alert
+  // The index into Alert::buttons of the button that ended the alert; absent when the program ends first,
+  // which is no answer.
+  std::optional<int> button = 0;
   bool suppressionTicked = false;  // false when no box was shown
 };
 
@@ -25,7 +27,7 @@ class AlertPanel {
 
   // Shows the alert in front of everything and blocks the caller until it is dismissed, while timers go on.
   // Escape and closing count as the last button. Until it returns, menu actions only bring the alert to the
-  // front.
+  // front. Whoever gets no answer does nothing more.
   virtual AlertResult run(const Alert& alert) = 0;
 };
 

@@ -170,6 +170,19 @@ TEST_F(AppDelegateTest, NothingElseHappensBeforeTheWelcomeIsDismissed) {
   EXPECT_TRUE(shown);
 }
 
+TEST_F(AppDelegateTest, AnEndDuringTheWelcomeIsNoAnswerToIt) {
+  platform.alertPanel.answers = {{std::nullopt, false}};
+  platform.workspace.running = {launcher()};
+  leaveOn("PreventSleepEnabled");
+  start();
+  EXPECT_EQ(platform.alertPanel.shown.size(), 1u);
+  EXPECT_FALSE(platform.statusItem.action);
+  EXPECT_TRUE(app->mainMenu.empty());
+  EXPECT_TRUE(platform.distributedNotifications.posted.empty());
+  EXPECT_EQ(platform.runLoop.runningTimers(), 0u);
+  EXPECT_EQ(platform.workspace.sleepObservers(), 0u);
+}
+
 TEST_F(AppDelegateTest, TheIconIsThereBeforeTheMenuIsBuilt) {
   bool built = false;
   platform.fileManager.whenAsked = [&](FileManager::Domain) {

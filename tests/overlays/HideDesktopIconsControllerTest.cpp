@@ -71,6 +71,14 @@ TEST_F(HideDesktopIcons, TellsBeforeItHidesAndDoesNotOfferToCancel) {
   EXPECT_TRUE(stored("HideDesktopIconsEnabled"));
 }
 
+TEST_F(HideDesktopIcons, AnEndDuringTheAlertHidesNothing) {
+  platform.alertPanel.answers = {{std::nullopt, false}};
+  icons.hideDesktopIconsEnabled(switchedOff());
+  EXPECT_FALSE(model.isHideDesktopIconsEnabled);
+  EXPECT_FALSE(stored("HideDesktopIconsEnabled"));
+  EXPECT_EQ(platform.overlayWindows.made, 0);
+}
+
 TEST_F(HideDesktopIcons, WithTheAlertSuppressedTheIconsAreHiddenAtOnce) {
   platform.settings.setBool("HideDesktopIconsAlertSuppression", true);
   icons.hideDesktopIconsEnabled(switchedOff());

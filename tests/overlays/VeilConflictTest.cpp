@@ -62,6 +62,20 @@ TEST_F(VeilConflictTest, TintScreenSwitchesFocusModeOffAndTellsBeforeItComesOn) 
   EXPECT_TRUE(isVeiled());
 }
 
+TEST_F(VeilConflictTest, AnEndDuringTheAlertBringsNoVeilUp) {
+  tint.tintScreenEnabled(switchedOff());
+  platform.alertPanel.answers = {{std::nullopt, false}, {std::nullopt, false}};
+  focus.focusModeEnabled(switchedOff());
+  EXPECT_FALSE(focusModel.isFocusModeEnabled);
+  EXPECT_FALSE(stored("FocusModeEnabled"));
+  platform.settings.setBool("FocusModeEnabled", true);
+  tint.tintScreenEnabled(switchedOff());
+  EXPECT_EQ(platform.alertPanel.shown.size(), 2u);
+  EXPECT_FALSE(tintModel.isTintScreenEnabled);
+  EXPECT_FALSE(stored("TintScreenEnabled"));
+  EXPECT_FALSE(isVeiled());
+}
+
 TEST_F(VeilConflictTest, TellsOncePerSwitch) {
   tint.tintScreenEnabled(switchedOff());
   focus.focusModeEnabled(switchedOff());

@@ -76,10 +76,7 @@ AlertResult LinuxAlertPanel::run(const Alert& alert) {
   box.exec();
 
   const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
-  if (clicked == buttons.end()) {
-    const int last = buttons.empty() ? 0 : static_cast<int>(buttons.size()) - 1;
-    return {last, false};
-  }
+  if (clicked == buttons.end()) return {std::nullopt, false};
   return {static_cast<int>(clicked - buttons.begin()), suppression && suppression->isChecked()};
 }
 

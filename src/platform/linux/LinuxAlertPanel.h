@@ -12,7 +12,7 @@ class LinuxAlertPanel : public AlertPanel {
   LinuxAlertPanel(ModalWindows& modalWindows, UserTime& userTime)
       : modalWindows_(modalWindows), userTime_(userTime) {}
 
-  // When the program is told to end meanwhile, the alert counts as cancelled with the box not ticked.
+  // Without an answer when the program is told to end meanwhile.
   AlertResult run(const Alert& alert) override;
 
  private:
