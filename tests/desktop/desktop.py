@@ -261,11 +261,19 @@ class Desktop:
         configuration.write_text(BUS_CONFIGURATION.format(runtime=self.runtime, services=services))
         address = f"unix:path={self.runtime}/bus"
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
-        self.spawn("dbus-daemon", "--nofork", f"--config-file={configuration}")
+        self._spawn_bus = lambda: self.spawn("dbus-daemon", "--nofork", f"--config-file={configuration}")
+        self.bus_daemon = self._spawn_bus()
         self.bus = wait_for("the session bus", lambda: self._connect(address))
         self.bus.set_exit_on_disconnect(False)
         launcher = self.bus.get_object("org.a11y.Bus", "/org/a11y/bus")
         self.accessibility_address = str(launcher.GetAddress(dbus_interface="org.a11y.Bus"))
+
+    def restart_bus(self):
+        """Kills the session bus under everybody who is on it and starts another one at the same address."""
+        self.stop(self.bus_daemon, signal.SIGKILL)
+        (self.runtime / "bus").unlink()
+        self.bus_daemon = self._spawn_bus()
+        wait_for("the new bus", lambda: self._connect(self.environment["DBUS_SESSION_BUS_ADDRESS"]))
 
     @staticmethod
     def _connect(address):

@@ -79,6 +79,12 @@ class Life(DesktopCase):
         wait_for("the alert to be in front", lambda: (self.screen.active_window() or other).pid() == self.tray.pid)
         self.assertEqual(self.tray.popups(), [])
 
+    def test_second_start_finds_the_first_that_has_lost_its_bus(self):
+        self.desktop.restart_bus()
+        self.assertEqual(self.tray.start_again(), 0)
+        self.tray.wait_for_popup()
+        self.assertTrue(self.tray.is_running())
+
     def test_settings_of_a_start_that_changes_nothing_stay_as_they_are(self):
         before = self.tray.settings_file.stat()
         self.tray.menu()

@@ -170,6 +170,8 @@ class SecondStart : public ProgramStart {
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("DISPLAY", display);
     qputenv("DISPLAY", display.toUtf8());
+    for (const char* const variable : {"WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"})
+      qunsetenv(variable);
   }
   ~SecondStart() override {
     bus.kill();
@@ -209,6 +211,18 @@ TEST_F(SecondStart, ActivatesTheFirstOverTheBusAndEndsWithStatus0) {
 TEST_F(SecondStart, ActivatesTheFirstWithoutABus) {
   useBus("unix:path=/nonexistent");
   expectSecondStartsToActivateTheFirst();
+}
+
+TEST_F(SecondStart, ActivatesTheFirstThatIsNotOnTheBusWhichHasBeenStartedAnew) {
+  startBus();
+  int activations = 0;
+  SingleInstance first([&] { ++activations; });
+  ASSERT_EQ(first.claim(), SingleInstance::Role::first);
+  bus.kill();
+  bus.waitForFinished(5000);
+  startBus();
+  EXPECT_EQ(start({}).status, 0);
+  EXPECT_TRUE(runUntil([&] { return activations == 1; }));
 }
 
 TEST_F(SecondStart, EndsWhenTheFirstDoesNotAnswer) {

@@ -34,9 +34,11 @@ struct Address {
 };
 
 Address activationAddress() {
-  const char* const display = std::getenv("DISPLAY");
-  const std::string name =
-      std::string(kApplicationIdentifier) + '-' + std::to_string(getuid()) + '-' + (display ? display : "");
+  std::string name = std::string(kApplicationIdentifier) + '-' + std::to_string(getuid());
+  for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"}) {
+    const char* const value = std::getenv(variable);
+    name += '-' + std::string(value ? value : "");
+  }
   Address address;
   address.name.sun_family = AF_UNIX;
   const std::size_t size = std::min(name.size(), sizeof(address.name.sun_path) - 1);
@@ -100,8 +102,21 @@ SingleInstance::~SingleInstance() {
   if (busObject_) QDBusConnection::sessionBus().unregisterObject(kObjectPath);
 }
 
+void SingleInstance::releaseBusName() {
+  if (!busObject_) return;
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  bus.interface()->unregisterService(QString::fromLatin1(kApplicationIdentifier));
+  bus.unregisterObject(kObjectPath);
+  busObject_.reset();
+}
+
 SingleInstance::Role SingleInstance::claim() {
-  return QDBusConnection::sessionBus().isConnected() ? claimBusName() : claimSocket();
+  if (QDBusConnection::sessionBus().isConnected() && claimBusName() == Role::second) return Role::second;
+  // Also with a name of its own: the bus may have been started anew under a first instance, which then owns
+  // nothing there.
+  if (claimSocket() == Role::first) return Role::first;
+  releaseBusName();
+  return Role::second;
 }
 
 SingleInstance::Role SingleInstance::claimBusName() {
@@ -116,7 +131,8 @@ SingleInstance::Role SingleInstance::claimBusName() {
 
   bus.unregisterObject(kObjectPath);
   busObject_.reset();
-  if (!reply.isValid()) return claimSocket();
+  // A bus that does not answer has nobody on it to show the menu.
+  if (!reply.isValid()) return Role::first;
   QDBusMessage call =
       QDBusMessage::createMethodCall(name, kObjectPath, kInterface, QStringLiteral("Activate"));
   call << QVariantMap();

@@ -8,8 +8,8 @@
 namespace harbor {
 
 // The first instance owns the name com.tidewell.HarborTray on the session bus and answers to
-// org.freedesktop.Application.Activate there. Without a session bus it listens on a socket that is named
-// after the user and the display instead.
+// org.freedesktop.Application.Activate there. It also listens on a socket that is named after the user and
+// the session's display and folder, for starts that find no session bus, or another one than it did.
 class SingleInstance {
  public:
   enum class Role { first, second };
@@ -30,6 +30,7 @@ class SingleInstance {
 
   Role claimBusName();
   Role claimSocket();
+  void releaseBusName();
 
   std::function<void()> activated_;
   std::unique_ptr<BusObject> busObject_;
