@@ -1,6 +1,9 @@
 from pathlib import Path
 
-from case import DesktopCase, center, wait_for, with_history
+import dbus
+
+from case import DesktopCase, center, let_ticks_pass, wait_for, with_history
+from program import ITEM, MENU
 from screen import Window
 
 SECTIONS = [
@@ -30,11 +33,33 @@ SECTIONS = [
 
 class Menu(DesktopCase):
     def test_lists_its_sections_in_order(self):
-        labels = [label for label in self.tray.menu().labels() if label not in ("", "-")]
-        self.assertEqual(labels, [label for label in SECTIONS if label in labels])
-        self.assertEqual(labels[-1], "Quit")
-        self.assertIn("Clipboard", labels)
-        self.assertIn("Clear Clipboard Formatting", labels)
+        self.assertEqual(self.tray.menu().labels(), SECTIONS)
+
+    def ask_for_menu(self, exported):
+        """What a host sends for the right button. One that draws the exported menu asks for that beside it."""
+        service, path = self.tray.wait_for_icon()
+        menu = str(self.tray.item_property("Menu"))
+        item = dbus.Interface(self.desktop.bus.get_object(service, path, introspect=False), ITEM)
+        drawn = dbus.Interface(self.desktop.bus.get_object(service, menu, introspect=False), MENU)
+        if exported == "before":
+            drawn.AboutToShow(dbus.Int32(0), ignore_reply=True)
+        item.ContextMenu(dbus.Int32(200), dbus.Int32(200), ignore_reply=True)
+        if exported == "after":
+            drawn.AboutToShow(dbus.Int32(0), ignore_reply=True)
+
+    def test_opens_for_a_host_without_the_exported_one(self):
+        self.ask_for_menu(exported=None)
+        self.tray.wait_for_popup()
+
+    def test_opens_once_for_a_host_that_asks_for_the_exported_one_first(self):
+        self.ask_for_menu(exported="before")
+        let_ticks_pass()
+        self.assertEqual(self.tray.popups(), [])
+
+    def test_opens_once_for_a_host_that_asks_for_the_exported_one_then(self):
+        self.ask_for_menu(exported="after")
+        let_ticks_pass()
+        self.assertEqual(self.tray.popups(), [])
 
     def test_opens_with_the_left_button(self):
         self.click_icon()

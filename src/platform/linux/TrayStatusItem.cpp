@@ -19,6 +19,9 @@ using namespace std::chrono_literals;
 constexpr auto kClosing = 100ms;
 // A panel that has just started is there before it is painted.
 constexpr auto kPanelPainted = 2s;
+// A host that draws the exported menu asks for it just before or just after it says that a menu is wanted.
+constexpr auto kAskedBefore = 500ms;
+constexpr auto kAsksAfter = 200ms;
 
 }  // namespace
 
@@ -32,9 +35,17 @@ TrayStatusItem::TrayStatusItem(XcbConnection* x, ModalWindows& modalWindows, Use
   closing_.setSingleShot(true);
   closing_.setInterval(kClosing);
   QObject::connect(&closing_, &QTimer::timeout, &mainThread_, [this] { runDidClose(); });
+  contextMenu_.setSingleShot(true);
+  contextMenu_.setInterval(kAsksAfter);
+  QObject::connect(&contextMenu_, &QTimer::timeout, &mainThread_, [this] { showMenu(); });
+  paintedPanel_.setSingleShot(true);
+  paintedPanel_.setInterval(kPanelPainted);
+  QObject::connect(&paintedPanel_, &QTimer::timeout, &mainThread_, [this] { updateIcon(); });
   QObject::connect(&menu_, &QMenu::aboutToHide, &mainThread_, [this] { closing_.start(); });
   QObject::connect(&menu_, &QMenu::aboutToShow, &mainThread_, [this] {
     if (filling_ != Filling::none) return;
+    sinceHostAsked_.start();
+    contextMenu_.stop();
     // A menu that a panel opens while a modal window is up stays as it was; choosing from it leads to that
     // window.
     if (modalWindows_.isUp()) return;
@@ -45,9 +56,8 @@ TrayStatusItem::TrayStatusItem(XcbConnection* x, ModalWindows& modalWindows, Use
 
 TrayStatusItem::~TrayStatusItem() = default;
 
-void TrayStatusItem::setImage(std::string_view name, ImageMode mode) {
+void TrayStatusItem::setImage(std::string_view name, ImageMode) {
   imageName_ = name;
-  imageMode_ = mode;
   if (icon_) icon_->setIcon(templateIcon(imageName_, tone_));
 }
 
@@ -62,7 +72,7 @@ void TrayStatusItem::setAction(std::function<void()> clicked) {
                       "This desktop shows no tray, so there is no icon to click. "
                       "Start Harbor Tray again to open its menu.");
       },
-      [this] { QTimer::singleShot(kPanelPainted, &mainThread_, [this] { updateIcon(); }); },
+      [this] { paintedPanel_.start(); },
   });
   if (std::exchange(isMenuWanted_, false))
     QMetaObject::invokeMethod(
@@ -73,9 +83,7 @@ void TrayStatusItem::showIcon(TrayKind kind) {
   kind_ = kind;
   icon_ = std::make_unique<QSystemTrayIcon>();
   QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &mainThread_,
-                   [this](QSystemTrayIcon::ActivationReason reason) {
-                     if (reason == QSystemTrayIcon::Trigger) showMenu();
-                   });
+                   [this](QSystemTrayIcon::ActivationReason reason) { activated(reason); });
   tone_ = panelTone(x_);
   icon_->setIcon(templateIcon(imageName_, tone_));
   icon_->setToolTip(QString::fromLatin1(kApplicationName));
@@ -85,7 +93,15 @@ void TrayStatusItem::showIcon(TrayKind kind) {
   didClose_ = nullptr;
   icon_->setContextMenu(&menu_);
   icon_->show();
-  QTimer::singleShot(kPanelPainted, &mainThread_, [this] { updateIcon(); });
+  paintedPanel_.start();
+}
+
+void TrayStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {
+  if (reason == QSystemTrayIcon::Trigger) showMenu();
+  // In an embedding tray the toolkit shows the menu itself.
+  if (reason != QSystemTrayIcon::Context || kind_ != TrayKind::statusNotifier) return;
+  if (sinceHostAsked_.isValid() && !sinceHostAsked_.hasExpired(kAskedBefore.count())) return;
+  contextMenu_.start();
 }
 
 void TrayStatusItem::updateIcon() {
@@ -155,6 +171,8 @@ void TrayStatusItem::choose(const MenuItem& item) {
           modalWindows_.bringToFront();
         } else {
           item.action(item);
+          // It may have uncovered the panel.
+          paintedPanel_.start();
         }
       },
       Qt::QueuedConnection);

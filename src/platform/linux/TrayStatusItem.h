@@ -2,6 +2,7 @@
 // that draws menus itself gets it exported, the others have Qt pop it up.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
@@ -41,6 +42,7 @@ class TrayStatusItem : public StatusItem {
   enum class Filling { none, forHost, forScreen };
 
   void showIcon(TrayKind kind);
+  void activated(QSystemTrayIcon::ActivationReason reason);
   void updateIcon();
   void fill(Filling filling);
   void popUpAtPointer();
@@ -58,12 +60,14 @@ class TrayStatusItem : public StatusItem {
   std::unique_ptr<QSystemTrayIcon> icon_;   // null until there is a tray
   std::unique_ptr<MenuWindow> menuWindow_;  // null until wanted without an X server
   std::string imageName_;
-  ImageMode imageMode_ = ImageMode::original;
   PanelTone tone_ = PanelTone::unknown;
   TrayKind kind_ = TrayKind::xEmbed;
   std::function<void()> action_;
   std::function<void()> didClose_;
   QTimer closing_;
+  QElapsedTimer sinceHostAsked_;  // for the exported menu
+  QTimer contextMenu_;            // runs while a host that wants a menu may yet ask for the exported one
+  QTimer paintedPanel_;           // runs until what has changed on the screen is painted
   Filling filling_ = Filling::none;
   bool isMenuWanted_ = false;  // asked for before there was an action
 };
