@@ -8,6 +8,7 @@
 
 #include "OffscreenApplication.h"
 #include "platform/MenuSection.h"
+#include "platform/linux/DisplayText.h"
 #include "platform/linux/ToolkitStyle.h"
 
 namespace harbor {
@@ -53,6 +54,41 @@ TEST_F(MenuRendering, KeepsTheOrderOfATextInAMirroredMenu) {
   EXPECT_EQ(menuLabel("15 Minutes", MenuLabels::exported), "15 Minutes");
   QApplication::setLayoutDirection(Qt::LeftToRight);
   EXPECT_EQ(menuLabel("15 Minutes", MenuLabels::drawn), "15 Minutes");
+}
+
+TEST_F(MenuRendering, KeepsTheDotsOfATextFromTheRightAtItsEnd) {
+  const std::string cut = "\u0645\u0631\u062d\u0628\u0627...";
+  EXPECT_EQ(menuLabel(cut, MenuLabels::drawn), QString::fromStdString("\u200f" + cut + "\u200f"));
+  EXPECT_EQ(menuLabel(cut, MenuLabels::exported), QString::fromStdString(cut));
+}
+
+TEST_F(MenuRendering, SaysWhatARowOfBlanksIs) {
+  MenuItem blank = menuItem("", action);
+  blank.toolTip = std::string("  \n");
+  MenuItem bare = menuItem("Text", action);
+  bare.toolTip = std::string("Text");
+  render({blank, bare, MenuItem::spacer()});
+  EXPECT_EQ(target.actions().at(0)->toolTip(), "Only spaces (3)");
+  EXPECT_EQ(target.actions().at(1)->toolTip(), toolTipText("Text"));
+  EXPECT_TRUE(target.actions().at(0)->text().trimmed().isEmpty());
+  render({blank}, MenuLabels::exported);
+  EXPECT_EQ(target.actions().at(0)->text(), "");
+}
+
+TEST_F(MenuRendering, GivesARowOfBlanksTheHeightOfARowAndASpacerLess) {
+  ToolkitStyle style(QApplication::style()->name());
+  QStyle* const before = target.style();
+  MenuItem blank = menuItem("", action);
+  blank.toolTip = std::string("  ");
+  render({menuItem("Text", action), blank, MenuItem::spacer()});
+  target.setStyle(&style);
+  target.popup({0, 0});
+  const auto height = [this](int row) { return target.actionGeometry(target.actions().at(row)).height(); };
+  EXPECT_EQ(height(1), height(0));
+  EXPECT_LT(height(2), height(0));
+  EXPECT_GT(height(2), 0);
+  target.hide();
+  target.setStyle(before);
 }
 
 TEST_F(MenuRendering, TakesTheToolTipAwayWithTheMenu) {

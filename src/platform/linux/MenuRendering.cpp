@@ -26,11 +26,26 @@ class MenuAction : public QAction {
   MenuItem item;
 };
 
-// In a mirrored menu the toolkit would put the number of "15 Minutes" last, and a final full stop first.
+// In a mirrored menu the toolkit would put the number of "15 Minutes" last, and a final full stop first; in
+// any other, the dots of a text from the right that was cut off at its beginning.
 QString inOwnDirection(const QString& label) {
   constexpr QChar kLeftToRightMark(0x200e);
-  if (!QGuiApplication::isRightToLeft() || label.isEmpty() || label.isRightToLeft()) return label;
-  return kLeftToRightMark + label + kLeftToRightMark;
+  constexpr QChar kRightToLeftMark(0x200f);
+  if (label.isEmpty() || label.isRightToLeft() == QGuiApplication::isRightToLeft()) return label;
+  const QChar mark = label.isRightToLeft() ? kRightToLeftMark : kLeftToRightMark;
+  return mark + label + mark;
+}
+
+// What stands for a text of blanks, whose title is empty: a row that only looks so, where a spacer is empty.
+QString drawnBlank() {
+  return QString(QChar::Nbsp);
+}
+
+// The tool tip of a row; of one whose text cannot be seen, what it is.
+QString tipOf(const MenuItem& item) {
+  const std::string& text = item.toolTip.string();
+  if (!item.title.empty() || text.empty()) return toolTipText(text);
+  return QStringLiteral("Only spaces (%1)").arg(QString::fromStdString(text).size());
 }
 
 bool hasSubmenu(const MenuItem& item) {
@@ -112,8 +127,9 @@ void update(MenuAction& action, const MenuItem& item, const QMenu& target, Level
   if (wasBold != item.bold) action.setFont(fontOf(item, target));
   if (wasBold != item.bold || (level == Level::top && action.icon().isNull())) action.setIcon(markOf(item));
   const bool isSpacer = item.kind == MenuItem::Kind::spacer;
-  action.setText(isSpacer ? QString() : menuLabel(item.title, labels));
-  action.setToolTip(toolTipText(item.toolTip));
+  const QString label = isSpacer ? QString() : menuLabel(item.title, labels);
+  action.setText(label.isEmpty() && !isSpacer && labels == MenuLabels::drawn ? drawnBlank() : label);
+  action.setToolTip(tipOf(item));
   action.setEnabled(item.enabled && !isSpacer);
   action.setChecked(isChecked(item));
 }

@@ -18,6 +18,11 @@ QColor lineColour(const QStyleOption& option, int strength) {
   return colour;
 }
 
+// An entry without text and submenu.
+bool isSpacer(const QStyleOptionMenuItem& item) {
+  return item.menuItemType == QStyleOptionMenuItem::Normal && item.text.isEmpty();
+}
+
 bool isSeparator(const QStyleOption& option) {
   const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(&option);
   return item && item->menuItemType == QStyleOptionMenuItem::Separator;
@@ -31,6 +36,14 @@ ToolkitStyle::ToolkitStyle(const QString& base)
 int ToolkitStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* answer) const {
   return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, answer);
+}
+
+QSize ToolkitStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                     const QWidget* widget) const {
+  const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  const auto* const item =
+      type == CT_MenuItem ? qstyleoption_cast<const QStyleOptionMenuItem*>(option) : nullptr;
+  return item && isSpacer(*item) ? QSize(size.width(), size.height() / 2) : size;
 }
 
 void ToolkitStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
