@@ -75,9 +75,13 @@ TEST_F(ProfileGroups, RunNoCodeOfADatabase) {
   database("view.sqlite",
            "CREATE VIEW Profiles AS WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n) SELECT "
            "x || 'p' AS path FROM n;");
-  database("generated.sqlite",
-           "CREATE TABLE Profiles (id, path TEXT AS (printf('%.*c', 1000000000, 'x'))); INSERT INTO Profiles "
-           "(id) VALUES (1);");
+  database("constant.sqlite",
+           "CREATE TABLE Profiles (id, path TEXT AS ('computed')); INSERT INTO Profiles (id) VALUES (1);");
+  // One call that takes many seconds, put where the tool that makes the database does not run it.
+  database("computed.sqlite",
+           "CREATE TABLE Profiles (id); INSERT INTO Profiles (id) VALUES (1); PRAGMA writable_schema = ON; "
+           "UPDATE sqlite_schema SET sql = 'CREATE TABLE Profiles (id, path TEXT AS (printf(''%.*c'', "
+           "1000000000, ''x'')))';");
   EXPECT_EQ(pathsInProfileGroups(firefox), Names{});
 }
 

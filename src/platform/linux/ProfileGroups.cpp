@@ -71,6 +71,20 @@ void forgetLog(std::string& bytes) {
   }
 }
 
+Statement prepare(sqlite3* database, const char* text) {
+  sqlite3_stmt* prepared = nullptr;
+  ::sqlite3_prepare_v2(database, text, -1, &prepared, nullptr);
+  return Statement(prepared);
+}
+
+// Whether the paths stand in the database. A column that is computed may take any time: one call of a
+// function is one step.
+bool isStored(sqlite3* database) {
+  const Statement kind =
+      prepare(database, "SELECT hidden FROM pragma_table_xinfo('Profiles') WHERE name = 'path'");
+  return kind && ::sqlite3_step(kind.get()) == SQLITE_ROW && ::sqlite3_column_int(kind.get(), 0) == 0;
+}
+
 void appendPaths(std::vector<std::string>& paths, std::string bytes) {
   forgetLog(bytes);
   sqlite3* opened = nullptr;
@@ -89,9 +103,8 @@ void appendPaths(std::vector<std::string>& paths, std::string bytes) {
   if (::sqlite3_deserialize(database.get(), "main", reinterpret_cast<unsigned char*>(bytes.data()), size,
                             size, SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
     return;
-  sqlite3_stmt* prepared = nullptr;
-  ::sqlite3_prepare_v2(database.get(), "SELECT path FROM Profiles", -1, &prepared, nullptr);
-  const Statement statement(prepared);
+  if (!isStored(database.get())) return;
+  const Statement statement = prepare(database.get(), "SELECT path FROM Profiles");
   while (statement && paths.size() < kMostProfiles && ::sqlite3_step(statement.get()) == SQLITE_ROW) {
     if (::sqlite3_column_type(statement.get(), 0) != SQLITE_TEXT) continue;
     const unsigned char* const text = ::sqlite3_column_text(statement.get(), 0);
