@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <deque>
 #include <optional>
 
@@ -54,7 +55,8 @@ std::optional<std::string> textOfLink(int folder, const char* name) {
 bool staysInPlace(const TreeVisitor::Found& link) {
   constexpr int kMostLinks = 40;
   std::deque<std::string> toGo{link.name};
-  FileDescriptor folder(::openat(link.parent, ".", O_PATH | O_DIRECTORY | O_CLOEXEC));
+  constexpr int kFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  FileDescriptor folder(::openat(link.parent, ".", kFolder));
   std::size_t level = link.depth - 1;  // how far below the top of the place
   int links = 0;
   while (!toGo.empty()) {
@@ -62,7 +64,7 @@ bool staysInPlace(const TreeVisitor::Found& link) {
     toGo.pop_front();
     if (step == "..") {
       if (level-- == 0) return false;
-      if (folder) folder = FileDescriptor(::openat(folder.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+      if (folder) folder = FileDescriptor(::openat(folder.get(), "..", kFolder));
       continue;
     }
     if (const auto text = folder ? textOfLink(folder.get(), step.c_str()) : std::nullopt) {
@@ -72,9 +74,10 @@ bool staysInPlace(const TreeVisitor::Found& link) {
       continue;
     }
     ++level;
-    if (folder)
-      folder =
-          FileDescriptor(::openat(folder.get(), step.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!folder) continue;
+    folder = FileDescriptor(::openat(folder.get(), step.c_str(), kFolder));
+    // What is missing or no folder holds no link that could lead on; what cannot be looked into may.
+    if (!folder && errno != ENOENT && errno != ENOTDIR) return false;
   }
   return true;
 }
