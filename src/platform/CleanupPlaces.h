@@ -114,6 +114,14 @@ struct UsingProgram {
   friend bool operator==(const UsingProgram&, const UsingProgram&) = default;
 };
 
+// What a user has to know whose system withholds an item from every program.
+struct WithholdingNote {
+  std::string text;      // one sentence
+  std::string settings;  // the address of the settings in which the user lets the program in
+
+  friend bool operator==(const WithholdingNote&, const WithholdingNote&) = default;
+};
+
 class CleanupPlaces {
  public:
   virtual ~CleanupPlaces() = default;
@@ -126,6 +134,12 @@ class CleanupPlaces {
   // The folders, as absolute paths, in which a program that runs in a sandbox may write. No link that lies in
   // one of them is followed.
   virtual std::vector<std::string> sandboxFolders() const = 0;
+
+  // The note to show if the system withholds the first of the items that is there; nullopt if it does not, as
+  // on most platforms. The folders around the items are granted. Any thread.
+  virtual std::optional<WithholdingNote> noteOfWithheld(const std::vector<std::string>&) const {
+    return std::nullopt;
+  }
 
   // A program that has to be quit before the target's places are cleaned, nullopt if there is none. Here the
   // running application with the target's bundle identifier, without a name; a platform may know more. Main

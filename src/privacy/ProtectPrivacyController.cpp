@@ -153,8 +153,20 @@ void ProtectPrivacyController::protectPrivacy(const MenuItem& sender) {
   if (!access_.promptForHomeFolder(cleanupTextsForHomeFolder(around_.homeFolder()))) return;
   if (!around_.dialog.confirm("Cancel", "Clear", "Confirm Cleanup", target->confirmation)) return;
   around_.status.restart();
+  routines_.withheld.reset();
   around_.progress.runWhileWorking(around_.status, [&] { (routines_.*target->routine)(); });
-  around_.dialog.show("", "OK", target->resultTitle, target->resultMessage, "");
+  showResult(target->resultTitle, target->resultMessage);
+}
+
+void ProtectPrivacyController::showResult(const std::string& title, const std::string& message) {
+  const auto& withheld = routines_.withheld;
+  if (!withheld) {
+    around_.dialog.show("", "OK", title, message, "");
+    return;
+  }
+  const auto answer =
+      around_.dialog.show("Open Settings", "OK", title, message + "\n\n" + withheld->text, "");
+  if (!answer.firstButtonPressed) around_.workspace.openUrl(withheld->settings);
 }
 
 }  // namespace harbor

@@ -2,6 +2,7 @@
 // the target runs, without a grant of the home folder, or without a confirmation.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "access/TWDiskAccess.h"
@@ -21,7 +22,7 @@ class ProtectPrivacyController {
  public:
   struct Surroundings {
     TWDialog& dialog;
-    const Workspace& workspace;
+    Workspace& workspace;
     const FileManager& fileManager;
     const ApplicationBundles& bundles;
     CleanupProgress& progress;
@@ -44,6 +45,9 @@ class ProtectPrivacyController {
   bool isPresent(std::string_view bundleName) const;
 
  private:
+  // Says that all is done, and what the system has withheld.
+  void showResult(const std::string& title, const std::string& message);
+
   TWProtectPrivacy& routines_;
   TWDiskAccess access_;
   Surroundings around_;

@@ -63,6 +63,10 @@ template <typename Steps>
 void TWProtectPrivacy::run(const char* target, const Steps& steps) {
   status_.setWhat(target);
   const std::string home = homeFolder_();
+  std::vector<std::string> paths;
+  for (const Step& step : steps)
+    paths.push_back(home + step.path);
+  if (auto note = places_.noteOfWithheld(paths)) withheld = std::move(note);
   for (const Step& step : steps) {
     const std::string path = home + step.path;
     switch (step.kind) {

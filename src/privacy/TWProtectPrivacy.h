@@ -2,6 +2,7 @@
 // of it is best effort: what is missing or cannot be removed is passed over.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "base/HomeFolder.h"
@@ -34,6 +35,9 @@ class TWProtectPrivacy {
   void clearMail();
   void clearPreview();
   void clearQuickTimePlayer();
+
+  // What the system withheld from the routines that ran since this was reset, if anything.
+  std::optional<WithholdingNote> withheld;
 
  private:
   struct Step;

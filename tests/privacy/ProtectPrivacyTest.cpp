@@ -441,6 +441,41 @@ TEST_F(ProtectPrivacy, FinderForgetsTheDownloads) {
   EXPECT_EQ(sql(database, "SELECT count(*) FROM LSQuarantineEvent"), "0\n");
 }
 
+TEST_F(ProtectPrivacy, WhatTheSystemWithholdsIsSaidBelowTheResultWithAWayToTheSettings) {
+  platform.cleanupPlaces.withheld = {home + "/Library/Safari/History.db"};
+  file("Library/Cookies/Cookies.binarycookies");
+  grantHome();
+  platform.alertPanel.answers = {{0, false}, {1, false}};
+  run("Safari");
+  ASSERT_EQ(platform.alertPanel.shown.size(), 2u);
+  const Alert& result = platform.alertPanel.shown.back();
+  EXPECT_EQ(result.title, "Cleanup successful");
+  EXPECT_EQ(result.text, "Your system is safer now!\n\nIt is withheld.");
+  EXPECT_EQ(result.buttons, (std::vector<std::string>{"OK", "Open Settings"}));
+  EXPECT_EQ(platform.workspace.openedUrls, std::vector<std::string>{"settings:withheld"});
+  // The rest is erased all the same.
+  EXPECT_FALSE(fs::exists(home + "/Library/Cookies/Cookies.binarycookies"));
+}
+
+TEST_F(ProtectPrivacy, ClearAllSaysWhatWasWithheldFromOneOfItsTargets) {
+  platform.cleanupPlaces.withheld = {home + "/Library/Safari/History.db"};
+  grantHome();
+  run("Clear All");
+  EXPECT_EQ(platform.alertPanel.shown.back().buttons.size(), 2u);
+  EXPECT_TRUE(platform.workspace.openedUrls.empty());
+}
+
+TEST_F(ProtectPrivacy, WhatWasWithheldBeforeIsSaidOnce) {
+  platform.cleanupPlaces.withheld = {home + "/Library/Safari/History.db"};
+  grantHome();
+  run("Safari");
+  platform.cleanupPlaces.withheld.clear();
+  grantHome();
+  run("Safari");
+  EXPECT_EQ(platform.alertPanel.shown.back().text, "Your system is safer now!");
+  EXPECT_EQ(platform.alertPanel.shown.back().buttons, std::vector<std::string>{"OK"});
+}
+
 TEST_F(ProtectPrivacy, MailEmptiesItsDownloads) {
   expectTaken(&TWProtectPrivacy::clearMail,
               {"Library/Containers/com.apple.mail/Data/Library/Mail Downloads/a",
@@ -490,7 +525,8 @@ TEST_F(ProtectPrivacy, WithoutAHomeFolderNothingIsTouched) {
   platform.openPanel.answers = {FileUrl{"", true}};
   run("Safari");
   EXPECT_EQ(titles(), (std::vector<std::string>{"Confirm Cleanup", "Cleanup successful"}));
-  EXPECT_EQ(removal.emptyFolder(std::string("/Library/SafariSafeBrowsing")).refusal, RemovalRefusal::noHomeFolder);
+  EXPECT_EQ(removal.emptyFolder(std::string("/Library/SafariSafeBrowsing")).refusal,
+            RemovalRefusal::noHomeFolder);
 }
 
 TEST_F(ProtectPrivacy, EachTargetTakesThePlacesOfThePlatformToo) {

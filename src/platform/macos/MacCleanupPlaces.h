@@ -3,6 +3,7 @@
 
 #include "base/HomeFolder.h"
 #include "platform/CleanupPlaces.h"
+#include "platform/macos/WithheldItems.h"
 
 namespace harbor {
 
@@ -14,6 +15,13 @@ class MacCleanupPlaces : public CleanupPlaces {
     const std::string home = homeFolderOfUserDatabase();
     if (home.empty()) return {};
     return {home + "/Library/Containers", home + "/Library/Group Containers"};
+  }
+  std::optional<WithholdingNote> noteOfWithheld(const std::vector<std::string>& paths) const override {
+    if (!isFirstItemWithheld(paths)) return std::nullopt;
+    return WithholdingNote{
+        "Some of this data can only be erased after you have given Harbor Tray \"Full Disk Access\" in the "
+        "settings.",
+        "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"};
   }
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 
 #include "platform/CleanupPlaces.h"
 
@@ -18,6 +19,12 @@ class MemoryCleanupPlaces : public CleanupPlaces {
     return places == ofTarget.end() ? std::vector<CleanupPlace>{} : places->second;
   }
   std::vector<std::string> sandboxFolders() const override { return sandboxes; }
+  std::optional<WithholdingNote> noteOfWithheld(const std::vector<std::string>& paths) const override {
+    for (const std::string& path : paths) {
+      if (withheld.contains(path)) return WithholdingNote{"It is withheld.", "settings:withheld"};
+    }
+    return std::nullopt;
+  }
   std::optional<UsingProgram> programUsing(PrivacyTarget target, std::string_view bundleIdentifier,
                                            const std::vector<RunningApplication>& running) const override {
     const auto program = programs.find(target);
@@ -28,6 +35,7 @@ class MemoryCleanupPlaces : public CleanupPlaces {
   std::map<CleanupCategory, std::vector<CleanupPlace>> ofCategory;
   std::map<PrivacyTarget, std::vector<CleanupPlace>> ofTarget;
   std::vector<std::string> sandboxes;
+  std::set<std::string> withheld;                  // paths
   std::map<PrivacyTarget, UsingProgram> programs;  // that are using a target's places
 };
 
