@@ -17,6 +17,8 @@ struct InstalledApplication {
   std::string displayName;
   std::string identifier;
   std::vector<std::string> wholeNames = {};  // see ApplicationBundles
+  std::string path = {};
+  std::optional<std::string> executable = std::nullopt;
 };
 
 class RelatedFileCautions {

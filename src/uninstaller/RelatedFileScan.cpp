@@ -15,6 +15,21 @@ namespace {
 // A table that is told of every single item does nothing else; one that waits long looks dead.
 constexpr std::chrono::milliseconds kDeliveryInterval{40};
 
+// The applications that would miss a file. What comes with the same package, or starts the same program, is a
+// part of the application that is being removed.
+std::vector<InstalledApplication> strangers(const ScanRequest& request) {
+  const auto ownerOf = [&request](const std::string& path) {
+    return request.packages ? request.packages->ownerOf(path) : std::nullopt;
+  };
+  const auto owner = ownerOf(request.bundlePath);
+  const auto& executable = request.bundle.executable;
+  std::vector<InstalledApplication> others = request.otherApplications;
+  std::erase_if(others, [&](const InstalledApplication& other) {
+    return (executable && other.executable == executable) || (owner && ownerOf(other.path) == owner);
+  });
+  return others;
+}
+
 }  // namespace
 
 std::uint64_t sizeOfRelatedFile(const std::string& path) {
@@ -52,8 +67,8 @@ void RelatedFileScan::run(RunLoop& runLoop, const Text& text, const ScanRequest&
                           const std::shared_ptr<Shared>& shared) {
   const auto isOpen = [&shared] { return shared->isOpen.load(); };
   const RelatedFileSearch search{text, request.homeFolder, request.root, isOpen};
-  const RelatedFileCautions cautions(applicationIdentity(request.bundle, text), text,
-                                     request.otherApplications, request.documentFolders);
+  const RelatedFileCautions cautions(applicationIdentity(request.bundle, text), text, strangers(request),
+                                     request.documentFolders);
 
   std::vector<ScannedItem> batch;
   auto lastDelivery = std::chrono::steady_clock::time_point{};  // long ago: the first item goes at once

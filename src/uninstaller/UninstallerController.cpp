@@ -102,7 +102,8 @@ ScanRequest UninstallerController::scanRequest(const std::string& path) const {
     BundleInformation information = options_.bundleInformation(other.path);
     if (!information.identifier) continue;
     request.otherApplications.push_back({bundles_.displayName(other.path), *std::move(information.identifier),
-                                         std::move(information.wholeNames)});
+                                         std::move(information.wholeNames), other.path,
+                                         std::move(information.executable)});
   }
   return request;
 }

@@ -421,6 +421,39 @@ TEST_F(ReviewTest, ThePlatformsPlacesComeBehindTheOthers) {
   EXPECT_EQ(window.rows[2].filePath->path, further);
 }
 
+TEST_F(ReviewTest, WhatIsOfTheSamePackageOrProgramIsNoOtherApplication) {
+  file("Preferences/com.example.WidgetPro.plist");
+  const std::string other = top + "/Applications/WidgetPro.app";
+  bundle.executable = "widget";
+  const auto cautions = [&](const std::optional<std::string>& executable) {
+    std::size_t found = 0;
+    const ScanRequest request{widget(),
+                              bundle,
+                              top + "/home",
+                              "",
+                              {{"Widget Pro", "com.example.WidgetPro", {}, other, executable}},
+                              {},
+                              &platform.softwarePackages};
+    const RelatedFileScan scan(
+        platform.runLoop, platform.text, request,
+        [&](const std::vector<ScannedItem>& items) {
+          for (const ScannedItem& item : items)
+            found += item.caution ? 1 : 0;
+        },
+        [] {});
+    platform.runLoop.runBackground();
+    platform.runLoop.runQueued();
+    return found;
+  };
+  EXPECT_EQ(cautions("widget-pro"), 1u);
+  EXPECT_EQ(cautions(std::nullopt), 1u);
+  EXPECT_EQ(cautions("widget"), 0u);
+  platform.softwarePackages.owners[widget()] = {PackageOwner::Kind::package, "widget"};
+  EXPECT_EQ(cautions("widget-pro"), 1u);
+  platform.softwarePackages.owners[other] = {PackageOwner::Kind::package, "widget"};
+  EXPECT_EQ(cautions("widget-pro"), 0u);
+}
+
 TEST_F(ReviewTest, ItemsThatNeedASecondLookCarryTheReason) {
   const std::string documents = top + "/home/Library/Preferences/widgetdocuments";
   fs::create_directories(documents);
