@@ -87,11 +87,7 @@ void FocusModeController::appendItems(Menu& menu) {
 
 void FocusModeController::focusModeEnabled(const MenuItem& sender) {
   if (sender.state == MenuItem::State::on) {
-    focusModeModel.isFocusModeEnabled = false;
-    settings_.setBool(settings_keys::focusModeEnabled, false);
-    hideVeil();
-    stopTimer();
-    lastWindowNumber = kNoWindow;
+    switchOff();
     return;
   }
   if (!conflict_.resolveBefore(VeilConflict::Veil::focusMode)) return;
@@ -166,14 +162,17 @@ void FocusModeController::trackFrontWindow() {
 }
 
 WindowNumber FocusModeController::frontmostWindowNumber() const {
+  WindowNumber front = kNoWindow;
+  const WindowNumber inUse = windowServer_.windowInUse();
   for (const WindowInfo& window : windowServer_.windowList(kTrackedWindows)) {
     if (window.layer != kNormalWindowLevel || !window.ownerPid) continue;
     const auto application = workspace_.runningApplication(*window.ownerPid);
     if (!application || application->activationPolicy != ActivationPolicy::regular || !window.number)
       continue;
-    return *window.number;
+    if (inUse == kNoWindow || window.number == inUse) return *window.number;
+    if (front == kNoWindow) front = *window.number;
   }
-  return kNoWindow;
+  return front;
 }
 
 std::int32_t FocusModeController::ownerPIDOfWindow(WindowNumber number) const {
@@ -220,10 +219,23 @@ void FocusModeController::makeFocusWindow(CollectionBehaviour behaviour) {
                                       .level = kNormalWindowLevel,
                                       .collectionBehaviour = behaviour});
   isVeilInPlace_ = false;
+  focusWindow->onDisplaced([this] {
+    switchOff();
+    overlayWindows_.notify("Focus Mode was switched off",
+                           "This desktop does not keep the veil below the window in use.");
+  });
   displayChanges_ = windowServer_.onDisplayChange([this] {
     focusWindow->setFrame(windowServer_.mainDisplayBounds());
     trackFrontWindow();
   });
+}
+
+void FocusModeController::switchOff() {
+  focusModeModel.isFocusModeEnabled = false;
+  settings_.setBool(settings_keys::focusModeEnabled, false);
+  hideVeil();
+  stopTimer();
+  lastWindowNumber = kNoWindow;
 }
 
 void FocusModeController::hideVeil() {

@@ -41,7 +41,8 @@ class FocusModeController : public TimedTool {
   // Puts the veil below the front window, or away when there is none or when it covers the screen.
   void trackFrontWindow();
 
-  // The front ordinary window of a regular application; kNoWindow when there is none.
+  // The ordinary window of a regular application that is in use, where the platform tells, else the front
+  // one; kNoWindow when there is none.
   WindowNumber frontmostWindowNumber() const;
   // 0 when unknown.
   std::int32_t ownerPIDOfWindow(WindowNumber number) const;
@@ -66,6 +67,7 @@ class FocusModeController : public TimedTool {
 
   void startTimer();
   void makeFocusWindow(CollectionBehaviour behaviour);
+  void switchOff();
   void hideVeil();
   Colour veilColour(const Colour& provisional) const;
 

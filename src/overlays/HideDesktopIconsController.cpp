@@ -66,6 +66,7 @@ void HideDesktopIconsController::applyHideDesktopIcons() {
   if (!hideDesktopIconsWindow) {
     hideDesktopIconsWindow =
         overlayWindows_.make({.frame = bounds, .creation = OverlayWindowSpec::Creation::deferred});
+    hideDesktopIconsWindow->onDisplaced([this] { giveUp(); });
     spaceChanges_ = workspace_.onActiveSpaceDidChange([this] { spaceChanged(); });
     displayChanges_ = windowServer_.onDisplayChange([this] { applyHideDesktopIcons(); });
   }
@@ -77,9 +78,17 @@ void HideDesktopIconsController::applyHideDesktopIcons() {
     hideDesktopIconsWindow->orderOut();
     return;
   }
-  hideDesktopIconsWindow->orderFrontRegardless();
   hideDesktopIconsWindow->setFrame(bounds);
   hideDesktopIconsWindow->setContents(wallpaper);
+  // Last, so that no picture of before is seen.
+  hideDesktopIconsWindow->orderFrontRegardless();
+}
+
+void HideDesktopIconsController::giveUp() {
+  hideDesktopIconsModel.isHideDesktopIconsEnabled = false;
+  settings_.setBool(settings_keys::hideDesktopIconsEnabled, false);
+  overlayWindows_.notify("Hide Desktop Icons was switched off",
+                         "This desktop does not keep the picture over the icons below all windows.");
 }
 
 Image HideDesktopIconsController::captureDesktopPicture() const {

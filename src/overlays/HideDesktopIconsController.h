@@ -39,6 +39,9 @@ class HideDesktopIconsController {
   std::unique_ptr<OverlayWindow> hideDesktopIconsWindow;  // made on first use, then kept
 
  private:
+  // The desktop does not keep the picture below the windows: the tool goes off, and the user learns of it.
+  void giveUp();
+
   SettingsStore& settings_;
   TWDialog& dialog_;
   Workspace& workspace_;

@@ -102,15 +102,16 @@ void HighlightController::applyHighlight() {
 void HighlightController::followPointer() {
   if (!highlightMouseClicksModel.isHighlightMouseClicksEnabled) return;
   _mouseLocation = pointerMonitor_.location();
-  // At every movement, so that the ring stays in front of windows that other applications raise.
   mouseWindow->setLevel(kScreenSaverWindowLevel);
-  mouseWindow->orderFrontRegardless();
   circularView->ringColor = highlightMouseClicksModel.selectedHighlightColor;
   const Point pointer = pointerMonitor_.location();
   circularView->frame = {pointer.x - windowFrame_.x - circularViewSize / 2,
                          pointer.y - windowFrame_.y - circularViewSize / 2, circularViewSize,
                          circularViewSize};
   mouseWindow->setDrawing(circularView->drawing(), circularView->frame);
+  // At every movement, so that the ring stays in front of windows that other applications raise; last, so
+  // that it is never seen where it was.
+  mouseWindow->orderFrontRegardless();
 }
 
 }  // namespace harbor

@@ -2,6 +2,7 @@
 // show in a task bar or window switcher, and never outlive the process.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -67,6 +68,9 @@ class OverlayWindow {
   virtual void orderBelow(WindowNumber number) = 0;
   // Takes the window off the screen and keeps it.
   virtual void orderOut() = 0;
+  // Calls the handler, from the event loop, after the window was taken off the screen because the desktop
+  // kept it over windows that it must not hide. A platform whose window server keeps every order never calls.
+  virtual void onDisplaced(std::function<void()> handler) = 0;
 };
 
 class OverlayWindows {
@@ -75,6 +79,9 @@ class OverlayWindows {
 
   // One sentence for the user where the platform cannot show overlays; nothing where it can.
   virtual std::optional<std::string> unavailableReason() const = 0;
+
+  // A passing message to the user. Does not wait; nothing happens where the desktop has no place for it.
+  virtual void notify(const std::string& title, const std::string& text) = 0;
 
   // Never null. Where overlays are not available the window is one that does nothing.
   virtual std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) = 0;

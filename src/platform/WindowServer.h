@@ -82,6 +82,11 @@ class WindowServer {
   // that draws it otherwise lists such a window all the same, unless desktop elements are excluded.
   virtual std::vector<WindowInfo> windowList(WindowListOptions options) const = 0;
 
+  // The ordinary window that is in use on the main display, which need not be the topmost one: a desktop may
+  // leave windows where they are in the order when another one is used. kNoWindow where that cannot be told
+  // or differs in nothing from the front of the list.
+  virtual WindowNumber windowInUse() const = 0;
+
   // The topmost window of any layer at the point, this process's own included; windows that let the mouse
   // through are looked through. kNoWindow when there is none. `below`: only windows below that one; kNoWindow
   // for all.

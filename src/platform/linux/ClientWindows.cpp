@@ -1,11 +1,15 @@
 #include "platform/linux/ClientWindows.h"
 
 #include <algorithm>
+#include <unordered_map>
+
+#include "platform/linux/TopLevelWindows.h"
 
 namespace harbor {
 
 ClientWindows::ClientWindows(XcbConnection& connection) : connection_(connection) {
-  connection_.intern({"_NET_CLIENT_LIST_STACKING", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DESKTOP"});
+  connection_.intern({"_NET_CLIENT_LIST", "_NET_CLIENT_LIST_STACKING", "_NET_WM_WINDOW_TYPE",
+                      "_NET_WM_WINDOW_TYPE_DESKTOP"});
   connection_.selectEvents(connection_.root(),
                            XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE);
   events_ = connection_.onEvent([this](const XcbConnection::Event& event) {
@@ -23,19 +27,39 @@ ClientWindows::ClientWindows(XcbConnection& connection) : connection_(connection
 }
 
 std::vector<ClientWindows::Client> ClientWindows::clients() {
-  auto list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST_STACKING"),
-                                   XCB_ATOM_WINDOW);
-  // Some managers tell the order only once they have changed it.
-  if (!list)
-    list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
+  // Which windows are managed only the manager can say; in which order they lie only the server: some
+  // managers' list of the order is out of date as soon as a window is raised.
+  auto list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
+  if (!list) {
+    list = connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST_STACKING"),
+                                XCB_ATOM_WINDOW);
+  }
   if (!list) return {};
   const auto windows = list->words();
-  learn(windows);
-  std::vector<Client> clients;
-  clients.reserve(windows.size());
+  const auto order = stackingOrder(connection_);
+  std::unordered_map<xcb_window_t, std::size_t> positions;
+  for (std::size_t i = 0; i < order.size(); ++i)
+    positions.emplace(order[i], i);
+  // A manager may move a window from one of its frames to another, which the root's events do not tell.
   for (const auto window : windows) {
-    if (const auto entry = known_.find(window); entry != known_.end()) clients.push_back(entry->second);
+    const auto entry = known_.find(window);
+    if (entry != known_.end() && !positions.contains(entry->second.frame)) known_.erase(entry);
   }
+  learn(windows);
+  std::vector<std::pair<std::size_t, Client>> placed;
+  placed.reserve(windows.size());
+  for (const auto window : windows) {
+    const auto entry = known_.find(window);
+    if (entry == known_.end()) continue;
+    const auto at = positions.find(entry->second.frame);
+    if (at != positions.end()) placed.emplace_back(at->second, entry->second);
+  }
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const auto& one, const auto& other) { return one.first < other.first; });
+  std::vector<Client> clients;
+  clients.reserve(placed.size());
+  for (const auto& [at, client] : placed)
+    clients.push_back(client);
   return clients;
 }
 

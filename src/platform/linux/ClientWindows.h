@@ -21,7 +21,7 @@ class ClientWindows {
   // Listens on the root; the connection outlives this.
   explicit ClientWindows(XcbConnection& connection);
 
-  // Bottom to top, as the window manager says; empty without a window manager.
+  // Bottom to top in the server's own order; empty without a window manager.
   std::vector<Client> clients();
   // The managed window in that frame; nothing when it frames none.
   std::optional<xcb_window_t> clientInFrame(xcb_window_t frame) const;

@@ -1,5 +1,7 @@
 #include "platform/linux/DesktopTraits.h"
 
+#include <algorithm>
+
 namespace harbor {
 namespace {
 
@@ -7,6 +9,10 @@ struct Row {
   std::string_view name;  // the beginning of the manager's name
   DesktopTraits traits;
 };
+
+// Without these a window that is managed lies over others, in the way of all of them.
+constexpr std::string_view kManagedStates[] = {"_NET_WM_STATE_BELOW", "_NET_WM_STATE_STICKY",
+                                               "_NET_WM_STATE_SKIP_TASKBAR"};
 
 constexpr Row kManagers[] = {
     {"Openbox", {VeilStacking::exact, CoverStacking::unmanaged}},
@@ -26,6 +32,17 @@ DesktopTraits desktopTraitsFor(std::string_view windowManager) {
     if (windowManager.starts_with(row.name)) return row.traits;
   }
   return {};
+}
+
+DesktopTraits desktopTraits(const XcbConnection& connection) {
+  DesktopTraits traits = desktopTraitsFor(windowManagerName(connection));
+  const auto supported = connection.property(connection.root(), connection.atom("_NET_SUPPORTED"));
+  const auto atoms = supported ? supported->words() : std::vector<std::uint32_t>();
+  const bool canManage = std::all_of(std::begin(kManagedStates), std::end(kManagedStates), [&](auto state) {
+    return std::find(atoms.begin(), atoms.end(), connection.atom(state)) != atoms.end();
+  });
+  if (!canManage) traits.cover = CoverStacking::unmanaged;
+  return traits;
 }
 
 std::string windowManagerName(const XcbConnection& connection) {

@@ -17,7 +17,7 @@ enum class VeilStacking {
 
 // How a window gets above the desktop's icons and below everything else, also while the desktop is shown.
 enum class CoverStacking {
-  unmanaged,          // restacked above the icons' window
+  unmanaged,          // restacked above the icons' window, with holes for what it lies over all the same
   managedBelow,       // an ordinary window in the state BELOW
   managedDock,        // a window of type DOCK in the state BELOW, which showing the desktop leaves alone
   managedUntilShown,  // as managedBelow, but unmanaged with holes while the desktop is shown
@@ -33,6 +33,10 @@ struct DesktopTraits {
 // The traits of the manager of that name (its _NET_WM_NAME); an unknown one gets what works with all. The
 // empty name stands for no manager at all.
 DesktopTraits desktopTraitsFor(std::string_view windowManager);
+
+// Those of the running window manager. It is trusted with a window only where it says (_NET_SUPPORTED) that
+// it knows the states that the window needs.
+DesktopTraits desktopTraits(const XcbConnection& connection);
 
 // The running window manager's name, empty without one.
 std::string windowManagerName(const XcbConnection& connection);

@@ -126,7 +126,7 @@ void LinuxOverlayWindow::orderOut() {
 }
 
 bool LinuxOverlayWindow::isManaged() const {
-  if (order_ != Order::cover) return false;
+  if (order_ != Order::cover || refusedBy_ == desktop_.traits()) return false;
   switch (desktop_.traits().cover) {
     case CoverStacking::unmanaged:
       return false;
@@ -175,6 +175,7 @@ void LinuxOverlayWindow::dropSurface() {
   surface_.reset();
   pixmap_.reset();
   holes_.clear();
+  place_.reset();
 }
 
 PixelRect LinuxOverlayWindow::pixelFrame() const {
@@ -201,21 +202,44 @@ void LinuxOverlayWindow::show() {
     window.map();
     if (wasManaged_) requestManagedBelow(desktop_.connection(), window.window());
   }
-  if (!wasManaged_) {
-    StackedOverlay overlay;
-    overlay.surface = &window;
-    overlay.kind = drawing_ ? StackedOverlay::Kind::drawing : StackedOverlay::Kind::veil;
-    overlay.relative = relative_;
-    if (order_ == Order::below) overlay.place = StackedOverlay::Place::belowWindow;
-    if (order_ == Order::cover) overlay.place = StackedOverlay::Place::aboveDesktop;
-    overlay.setHoles = [this](const std::vector<PixelRect>& holes) {
-      if (holes_ == holes) return;
-      holes_ = holes;
-      shape();
-    };
-    desktop_.stack().put(overlay);
-  }
+  putOnStack();
   xcb_flush(desktop_.connection().get());
+}
+
+void LinuxOverlayWindow::putOnStack() {
+  StackedOverlay overlay;
+  overlay.surface = surface_.get();
+  overlay.kind = drawing_ ? StackedOverlay::Kind::drawing : StackedOverlay::Kind::veil;
+  overlay.relative = relative_;
+  if (order_ == Order::below) overlay.place = StackedOverlay::Place::belowWindow;
+  if (order_ == Order::cover) {
+    overlay.place = wasManaged_ ? StackedOverlay::Place::managed : StackedOverlay::Place::aboveDesktop;
+  }
+  overlay.setHoles = [this](const std::vector<PixelRect>& holes) {
+    if (holes_ == holes) return;
+    holes_ = holes;
+    shape();
+  };
+  overlay.setPlace = [this](const PixelRect& place) {
+    if (place_ == place) return;
+    place_ = place;
+    paint();
+    xcb_flush(desktop_.connection().get());
+  };
+  if (order_ != Order::front) overlay.failed = [this](StackedOverlay::Failure failure) { failed(failure); };
+  desktop_.stack().put(overlay);
+}
+
+void LinuxOverlayWindow::failed(StackedOverlay::Failure failure) {
+  if (wasManaged_ && failure == StackedOverlay::Failure::refused) {
+    refusedBy_ = desktop_.traits();
+    dropSurface();
+    show();
+    return;
+  }
+  orderOut();
+  // The handler may do anything with this window.
+  if (const auto displaced = displaced_) displaced();
 }
 
 void LinuxOverlayWindow::paint() {
@@ -225,7 +249,7 @@ void LinuxOverlayWindow::paint() {
   } else if (const auto* pixmap =
                  picture ? std::get_if<std::unique_ptr<ServerPixmap>>(&picture->contents) : nullptr;
              pixmap && surface_->depth() == desktop_.connection().screen().root_depth) {
-    surface_->fill((*pixmap)->id());
+    paintPicture(**pixmap);
   } else {
     const auto* plain = picture ? std::get_if<Colour>(&picture->contents) : nullptr;
     const Colour colour = plain ? *plain : colour_.value_or(Colour::black());
@@ -233,6 +257,17 @@ void LinuxOverlayWindow::paint() {
                                                     : OverlaySurface::Blending::opaque);
   }
   shape();
+}
+
+void LinuxOverlayWindow::paintPicture(const ServerPixmap& picture) {
+  const PixelRect frame = surface_->frame();
+  const int right = place_ ? place_->x - frame.x : 0;
+  const int down = place_ ? place_->y - frame.y : 0;
+  // Where the manager has moved the window (below its panel), the picture stays where it is on the screen.
+  pixmap_ = right != 0 || down != 0 ? ServerPixmap::copyOf(desktop_.connection(), picture.id(),
+                                                           {right, down, frame.width, frame.height})
+                                    : nullptr;
+  surface_->fill(pixmap_ ? pixmap_->id() : picture.id());
 }
 
 void LinuxOverlayWindow::paintDrawing() {

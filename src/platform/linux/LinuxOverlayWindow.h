@@ -30,6 +30,7 @@ class LinuxOverlayWindow : public OverlayWindow {
   void orderFrontRegardless() override;
   void orderBelow(WindowNumber number) override;
   void orderOut() override;
+  void onDisplaced(std::function<void()> handler) override { displaced_ = std::move(handler); }
 
  private:
   // Where the window was ordered to; `cover`: above the desktop's icons.
@@ -40,11 +41,14 @@ class LinuxOverlayWindow : public OverlayWindow {
   void dropSurface();
   bool isManaged() const;
   void desktopChanged();
+  void putOnStack();
+  void failed(StackedOverlay::Failure failure);
   PixelRect pixelFrame() const;
   bool hasContents() const;
   void show();
   void paint();
   void paintDrawing();
+  void paintPicture(const ServerPixmap& picture);
   void shape();
 
   OverlayDesktop& desktop_;
@@ -58,10 +62,14 @@ class LinuxOverlayWindow : public OverlayWindow {
   Order order_ = Order::out;
   xcb_window_t relative_ = XCB_NONE;
   bool wasManaged_ = false;
+  // The manager's ways when it did not keep a managed window where it has to be.
+  std::optional<DesktopTraits> refusedBy_;
+  std::function<void()> displaced_;
   std::unique_ptr<OverlaySurface> surface_;
-  std::unique_ptr<ServerPixmap> pixmap_;                // of the drawing
+  std::unique_ptr<ServerPixmap> pixmap_;  // of the drawing, or of the picture where the window is displaced
   std::optional<std::vector<PixelRect>> drawingShape_;  // where nothing blends
   std::vector<PixelRect> holes_;                        // on the screen
+  std::optional<PixelRect> place_;                      // where a window manager has put the window
   Subscription changes_;
 };
 

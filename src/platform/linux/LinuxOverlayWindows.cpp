@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxOverlayWindows.h"
 
+#include "platform/linux/DesktopNotification.h"
 #include "platform/linux/LinuxOverlayWindow.h"
 
 namespace harbor {
@@ -17,6 +18,7 @@ class NoOverlayWindow : public OverlayWindow {
   void orderFrontRegardless() override {}
   void orderBelow(WindowNumber) override {}
   void orderOut() override {}
+  void onDisplaced(std::function<void()>) override {}
 };
 
 }  // namespace
@@ -24,6 +26,10 @@ class NoOverlayWindow : public OverlayWindow {
 std::optional<std::string> LinuxOverlayWindows::unavailableReason() const {
   if (desktop_) return std::nullopt;
   return "This needs an X11 session.";
+}
+
+void LinuxOverlayWindows::notify(const std::string& title, const std::string& text) {
+  notifyDesktop(title.c_str(), text.c_str());
 }
 
 std::unique_ptr<OverlayWindow> LinuxOverlayWindows::make(const OverlayWindowSpec& spec) {

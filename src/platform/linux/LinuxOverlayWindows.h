@@ -17,6 +17,8 @@ class LinuxOverlayWindows : public OverlayWindows {
 
   std::optional<std::string> unavailableReason() const override;
 
+  void notify(const std::string& title, const std::string& text) override;
+
   std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) override;
 
  private:

@@ -4,58 +4,20 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/linux/WindowLevels.h"
+
 namespace harbor {
 namespace {
-
-// Levels of windows, higher ones above lower ones, as other desktops count them.
-constexpr int kDesktopLevel = -2147483623;
-constexpr int kDesktopIconLevel = -2147483603;
-constexpr int kBelowLevel = -1;
-constexpr int kOrdinaryLevel = 0;
-constexpr int kFloatingLevel = 3;
-constexpr int kDockLevel = 20;
-constexpr int kPopUpLevel = 101;
 
 // The front window is looked at again at most this often, since a dragged window changes with every movement.
 constexpr qint64 kReportInterval = 50;  // milliseconds
 
-struct TypeRow {
-  std::string_view type;
-  int level;
-};
-// The first type of a window that is in this table counts. A window without a type is an ordinary one.
-constexpr TypeRow kTypes[] = {
-    {"_NET_WM_WINDOW_TYPE_NORMAL", kOrdinaryLevel},     {"_NET_WM_WINDOW_TYPE_DIALOG", kOrdinaryLevel},
-    {"_NET_WM_WINDOW_TYPE_UTILITY", kOrdinaryLevel},    {"_NET_WM_WINDOW_TYPE_DESKTOP", kDesktopLevel},
-    {"_NET_WM_WINDOW_TYPE_DOCK", kDockLevel},           {"_NET_WM_WINDOW_TYPE_TOOLBAR", kFloatingLevel},
-    {"_NET_WM_WINDOW_TYPE_MENU", kPopUpLevel},          {"_NET_WM_WINDOW_TYPE_SPLASH", kPopUpLevel},
-    {"_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", kPopUpLevel}, {"_NET_WM_WINDOW_TYPE_POPUP_MENU", kPopUpLevel},
-    {"_NET_WM_WINDOW_TYPE_TOOLTIP", kPopUpLevel},       {"_NET_WM_WINDOW_TYPE_NOTIFICATION", kPopUpLevel},
-    {"_NET_WM_WINDOW_TYPE_COMBO", kPopUpLevel},         {"_NET_WM_WINDOW_TYPE_DND", kPopUpLevel},
-};
-
 constexpr std::string_view kProperties[] = {"_NET_WM_WINDOW_TYPE", "_NET_WM_STATE", "_NET_WM_DESKTOP",
-                                            "_NET_WM_PID",         "_NET_WM_NAME",  "WM_NAME"};
-enum Property { typeProperty, stateProperty, desktopProperty, pidProperty, nameProperty, oldNameProperty };
+                                            "_NET_WM_NAME", "WM_NAME"};
+enum Property { typeProperty, stateProperty, desktopProperty, nameProperty, oldNameProperty };
 
 bool holds(const std::vector<std::uint32_t>& words, std::uint32_t word) {
   return std::find(words.begin(), words.end(), word) != words.end();
-}
-
-int levelOf(const XcbConnection& connection, const std::vector<std::uint32_t>& types,
-            const std::vector<std::uint32_t>& states) {
-  int level = kOrdinaryLevel;
-  for (const auto type : types) {
-    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                  [&](const auto& known) { return connection.atom(known.type) == type; });
-    if (row == std::end(kTypes)) continue;
-    level = row->level;
-    break;
-  }
-  if (level != kOrdinaryLevel) return level;
-  if (holds(states, connection.atom("_NET_WM_STATE_ABOVE"))) return kFloatingLevel;
-  if (holds(states, connection.atom("_NET_WM_STATE_BELOW"))) return kBelowLevel;
-  return level;
 }
 
 // The old form of a title is in Latin-1.
@@ -71,11 +33,11 @@ LinuxWindowServer::LinuxWindowServer(const Parts& parts) : parts_(parts) {
   sinceReport_.start();
   if (!parts_.connection) return;
   std::vector<std::string_view> names(std::begin(kProperties), std::end(kProperties));
-  for (const auto& row : kTypes)
-    names.push_back(row.type);
-  names.insert(names.end(), {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_BELOW", "_NET_WM_STATE_HIDDEN",
-                             "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST_STACKING", "_NET_CURRENT_DESKTOP"});
+  names.insert(names.end(), {"_NET_WM_STATE_HIDDEN", "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST_STACKING",
+                             "_NET_CURRENT_DESKTOP", "_NET_WM_PID"});
   parts_.connection->intern(names);
+  internWindowLevels(*parts_.connection);
+  owners_.emplace(*parts_.connection);
   parts_.connection->selectEvents(parts_.connection->root(),
                                   XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
   picture_ = std::make_unique<DesktopPicture>(*parts_.connection, *parts_.clients);
@@ -145,6 +107,7 @@ std::vector<LinuxWindowServer::Entry> LinuxWindowServer::query() const {
     xcb_get_window_attributes_cookie_t attributes;
     xcb_get_geometry_cookie_t geometry;
     xcb_translate_coordinates_cookie_t origin;
+    WindowOwners::Question owner;
   };
   std::vector<Query> queries(clients.size());
   for (std::size_t i = 0; i < clients.size(); ++i) {
@@ -157,6 +120,7 @@ std::vector<LinuxWindowServer::Entry> LinuxWindowServer::query() const {
     queries[i].attributes = xcb_get_window_attributes(xcb, window);
     queries[i].geometry = xcb_get_geometry(xcb, window);
     queries[i].origin = xcb_translate_coordinates(xcb, window, connection.root(), 0, 0);
+    queries[i].owner = owners_->ask(window);
   }
 
   const XcbOwned<xcb_get_property_reply_t> currentReply(xcb_get_property_reply(xcb, currentCookie, nullptr));
@@ -178,6 +142,7 @@ std::vector<LinuxWindowServer::Entry> LinuxWindowServer::query() const {
         xcb_get_geometry_reply(xcb, queries[i].geometry, nullptr));
     const XcbOwned<xcb_translate_coordinates_reply_t> origin(
         xcb_translate_coordinates_reply(xcb, queries[i].origin, nullptr));
+    const std::int32_t owner = owners_->answer(queries[i].owner);
     if (!attributes || !geometry || !origin) continue;
 
     const auto words = [&](Property property) {
@@ -192,10 +157,9 @@ std::vector<LinuxWindowServer::Entry> LinuxWindowServer::query() const {
     entry.isOnScreen = attributes->map_state == XCB_MAP_STATE_VIEWABLE && isHere &&
                        !holds(states, connection.atom("_NET_WM_STATE_HIDDEN"));
     entry.info.number = clients[i].window;
-    entry.info.layer = levelOf(connection, words(typeProperty), states);
+    entry.info.layer = windowLevel(connection, words(typeProperty), states);
     entry.info.bounds = toPoints({origin->dst_x, origin->dst_y, geometry->width, geometry->height});
-    if (const auto pid = words(pidProperty); !pid.empty() && pid.front() <= INT32_MAX)
-      entry.info.ownerPid = static_cast<std::int32_t>(pid.front());
+    if (owner != 0) entry.info.ownerPid = owner;
     if (properties[nameProperty]) {
       entry.info.name = properties[nameProperty]->bytes;
     } else if (properties[oldNameProperty]) {
@@ -204,6 +168,20 @@ std::vector<LinuxWindowServer::Entry> LinuxWindowServer::query() const {
     entries.push_back(std::move(entry));
   }
   return entries;
+}
+
+WindowNumber LinuxWindowServer::windowInUse() const {
+  if (!parts_.connection) return kNoWindow;
+  const auto active = parts_.connection->word(parts_.connection->root(),
+                                              parts_.connection->atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW);
+  if (!active) return kNoWindow;
+  const PixelRect display = parts_.display->bounds();
+  for (const auto& entry : look()) {
+    if (entry.info.number != static_cast<WindowNumber>(*active)) continue;
+    const bool isOrdinary = entry.isOnScreen && !entry.isDesktopElement && entry.info.layer == kOrdinaryLevel;
+    return isOrdinary && toPixels(*entry.info.bounds).intersects(display) ? *entry.info.number : kNoWindow;
+  }
+  return kNoWindow;
 }
 
 WindowNumber LinuxWindowServer::windowNumberAtPoint(Point point, WindowNumber below) const {

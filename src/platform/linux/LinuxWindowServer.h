@@ -12,6 +12,7 @@
 #include "platform/linux/DesktopPicture.h"
 #include "platform/linux/MainDisplay.h"
 #include "platform/linux/OverlayStack.h"
+#include "platform/linux/WindowOwners.h"
 
 namespace harbor {
 
@@ -32,6 +33,7 @@ class LinuxWindowServer : public QObject, public WindowServer {
   Rect mainScreenFrame() const override;
   WindowLevel levelForKey(WindowLevelKey key) const override;
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
+  WindowNumber windowInUse() const override;
   WindowNumber windowNumberAtPoint(Point point, WindowNumber below = kNoWindow) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   void requestPictures() override {}
@@ -56,6 +58,7 @@ class LinuxWindowServer : public QObject, public WindowServer {
 
   Parts parts_;
   std::unique_ptr<DesktopPicture> picture_;
+  std::optional<WindowOwners> owners_;  // with a connection
   mutable std::optional<std::vector<Entry>> look_;
   mutable bool isForgetQueued_ = false;
   Observers<> observers_;

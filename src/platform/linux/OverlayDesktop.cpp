@@ -7,10 +7,12 @@ namespace harbor {
 OverlayDesktop::OverlayDesktop(XcbConnection& connection, ClientWindows& clients, const MainDisplay& display,
                                ScreenSaver& screenSaver)
     : connection_(connection),
-      traits_(desktopTraitsFor(windowManagerName(connection))),
+      traits_(desktopTraits(connection)),
       isShowingDesktop_(queryShowingDesktop()),
       compositing_(connection, [this] { report(); }),
-      stack_(connection, clients, display, screenSaver, [this] { return traits_; }) {
+      stack_(connection, clients, display, screenSaver, [this] {
+        return StackingWays{traits_, isShowingDesktop_};
+      }) {
   connection_.selectEvents(connection_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
   events_ = connection_.onEvent([this](const XcbConnection::Event& event) { handle(event); });
 }
@@ -26,7 +28,7 @@ void OverlayDesktop::handle(const XcbConnection::Event& event) {
   // A manager that starts names itself between these two.
   if (notify.atom == connection_.atom("_NET_SUPPORTING_WM_CHECK") ||
       notify.atom == connection_.atom("_NET_SUPPORTED")) {
-    const auto traits = desktopTraitsFor(windowManagerName(connection_));
+    const auto traits = desktopTraits(connection_);
     if (std::exchange(traits_, traits) != traits) report();
   } else if (notify.atom == connection_.atom("_NET_SHOWING_DESKTOP")) {
     const bool isShowing = queryShowingDesktop();

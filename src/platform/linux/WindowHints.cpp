@@ -1,8 +1,8 @@
 #include "platform/linux/WindowHints.h"
 
-#include <xcb/res.h>
-
 #include <algorithm>
+
+#include "platform/linux/WindowLevels.h"
 
 namespace harbor {
 namespace {
@@ -10,32 +10,14 @@ namespace {
 constexpr std::uint32_t kOnAllDesktops = 0xFFFFFFFF;
 constexpr std::size_t kMaximumWindows = 4096;
 
-// The process in an answer of the client-resource extension; 0 when it does not know.
-std::int32_t processIn(const xcb_res_query_client_ids_reply_t* reply) {
-  if (!reply) return 0;
-  for (auto ids = xcb_res_query_client_ids_ids_iterator(reply); ids.rem > 0;
-       xcb_res_client_id_value_next(&ids)) {
-    if ((ids.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) &&
-        xcb_res_client_id_value_value_length(ids.data) > 0)
-      return static_cast<std::int32_t>(*xcb_res_client_id_value_value(ids.data));
-  }
-  return 0;
-}
-
 }  // namespace
 
-WindowHintsReader::WindowHintsReader(XcbConnection& connection) : connection_(connection) {
+WindowHintsReader::WindowHintsReader(XcbConnection& connection)
+    : connection_(connection), owners_(connection) {
+  internWindowLevels(connection_);
   connection_.intern({"_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST", "_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP",
-                      "_NET_WM_PID", "_NET_WM_STATE", "_NET_WM_STATE_ABOVE", "_NET_WM_STATE_BELOW",
-                      "_NET_WM_STATE_HIDDEN", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_WINDOW_TYPE",
-                      "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_NORMAL",
-                      "_NET_WM_WINDOW_TYPE_UTILITY", "_GTK_APPLICATION_ID"});
-  const auto* extension = xcb_get_extension_data(connection_.get(), &xcb_res_id);
-  if (!extension || !extension->present) return;
-  const auto cookie = xcb_res_query_version(connection_.get(), 1, 2);
-  const XcbOwned<xcb_res_query_version_reply_t> version(
-      xcb_res_query_version_reply(connection_.get(), cookie, nullptr));
-  tellsProcesses_ = version && (version->server_major > 1 || version->server_minor >= 2);
+                      "_NET_WM_PID", "_NET_WM_STATE_HIDDEN", "_NET_WM_STATE_SKIP_TASKBAR",
+                      "_GTK_APPLICATION_ID"});
 }
 
 std::optional<WindowHints> WindowHintsReader::active() const {
@@ -53,9 +35,9 @@ std::vector<WindowHints> WindowHintsReader::managed() const {
 
 std::vector<WindowHints> WindowHintsReader::of(const std::vector<xcb_window_t>& windows) const {
   struct Questions {
-    xcb_get_property_cookie_t process, windowClass, gtk, type, state, desktop;
+    xcb_get_property_cookie_t windowClass, gtk, type, state, desktop;
     xcb_get_window_attributes_cookie_t attributes;
-    xcb_res_query_client_ids_cookie_t client;
+    WindowOwners::Question owner;
   };
   // All questions go out before the first answer is read: one round trip in all.
   xcb_connection_t* x = connection_.get();
@@ -66,17 +48,13 @@ std::vector<WindowHints> WindowHintsReader::of(const std::vector<xcb_window_t>& 
   questions.reserve(windows.size());
   for (const xcb_window_t window : windows) {
     Questions question{};
-    question.process = ask(window, connection_.atom("_NET_WM_PID"), 1);
     question.windowClass = ask(window, XCB_ATOM_WM_CLASS, 256);
     question.gtk = ask(window, connection_.atom("_GTK_APPLICATION_ID"), 64);
     question.type = ask(window, connection_.atom("_NET_WM_WINDOW_TYPE"), 16);
     question.state = ask(window, connection_.atom("_NET_WM_STATE"), 32);
     question.desktop = ask(window, connection_.atom("_NET_WM_DESKTOP"), 1);
     question.attributes = xcb_get_window_attributes(x, window);
-    if (tellsProcesses_) {
-      const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-      question.client = xcb_res_query_client_ids(x, 1, &spec);
-    }
+    question.owner = owners_.ask(window);
     questions.push_back(question);
   }
 
@@ -91,8 +69,7 @@ std::vector<WindowHints> WindowHintsReader::of(const std::vector<xcb_window_t>& 
   all.reserve(windows.size());
   for (const Questions& question : questions) {
     WindowHints hints;
-    hints.processIdentifier =
-        static_cast<std::int32_t>(firstOf(answer(question.process).words()).value_or(0));
+    hints.processIdentifier = owners_.answer(question.owner);
     const std::string names = answer(question.windowClass).bytes;
     const std::size_t end = std::min(names.find('\0'), names.size());
     hints.instance = names.substr(0, end);
@@ -105,11 +82,6 @@ std::vector<WindowHints> WindowHintsReader::of(const std::vector<xcb_window_t>& 
         xcb_get_window_attributes_reply(x, question.attributes, nullptr));
     hints.isRegular = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
                       !attributes->override_redirect && isRegular(types, states, desktop);
-    if (tellsProcesses_) {
-      const XcbOwned<xcb_res_query_client_ids_reply_t> client(
-          xcb_res_query_client_ids_reply(x, question.client, nullptr));
-      if (const std::int32_t process = processIn(client.get())) hints.processIdentifier = process;
-    }
     all.push_back(std::move(hints));
   }
   return all;
@@ -121,20 +93,13 @@ bool WindowHintsReader::isRegular(const std::vector<std::uint32_t>& types,
   const auto hasState = [&](std::string_view name) {
     return std::count(states.begin(), states.end(), connection_.atom(name)) > 0;
   };
-  for (const char* name :
-       {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_BELOW", "_NET_WM_STATE_HIDDEN", "_NET_WM_STATE_SKIP_TASKBAR"}) {
-    if (hasState(name)) return false;
-  }
+  if (windowLevel(connection_, types, states) != kOrdinaryLevel) return false;
+  if (hasState("_NET_WM_STATE_HIDDEN") || hasState("_NET_WM_STATE_SKIP_TASKBAR")) return false;
   if (desktop && *desktop != kOnAllDesktops) {
     const auto current = connection_.word(connection_.root(), connection_.atom("_NET_CURRENT_DESKTOP"));
     if (current && *current != *desktop) return false;
   }
-  if (types.empty()) return true;
-  for (const char* name :
-       {"_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_UTILITY"}) {
-    if (types.front() == connection_.atom(name)) return true;
-  }
-  return false;
+  return true;
 }
 
 }  // namespace harbor

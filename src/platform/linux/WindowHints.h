@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/XcbConnection.h"
+#include "platform/linux/WindowOwners.h"
 
 namespace harbor {
 
@@ -36,7 +36,7 @@ class WindowHintsReader {
                  std::optional<std::uint32_t> desktop) const;
 
   XcbConnection& connection_;
-  bool tellsProcesses_ = false;  // the server knows the process behind a window, whatever the window claims
+  WindowOwners owners_;
 };
 
 }  // namespace harbor

@@ -24,6 +24,7 @@ class MacOverlayWindow : public OverlayWindow {
   void orderFrontRegardless() override;
   void orderBelow(WindowNumber number) override;
   void orderOut() override;
+  void onDisplaced(std::function<void()>) override {}
 
  private:
   NSWindow* window_;

@@ -28,6 +28,8 @@ class MacWindowServer : public WindowServer {
   Rect mainScreenFrame() const override;
   WindowLevel levelForKey(WindowLevelKey key) const override;
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
+  // The window that is in use is in front of all others here.
+  WindowNumber windowInUse() const override { return kNoWindow; }
   WindowNumber windowNumberAtPoint(Point point, WindowNumber below = kNoWindow) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   void requestPictures() override;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/OverlayWindows.h"
@@ -33,6 +35,13 @@ class MemoryOverlayWindow : public OverlayWindow {
   void orderFrontRegardless() override;
   void orderBelow(WindowNumber other) override;
   void orderOut() override;
+  void onDisplaced(std::function<void()> handler) override { displaced_ = std::move(handler); }
+
+  // What the desktop does that keeps the window over others.
+  void displace() {
+    orderOut();
+    if (displaced_) displaced_();
+  }
 
   bool isOnScreen() const;
 
@@ -54,6 +63,7 @@ class MemoryOverlayWindow : public OverlayWindow {
   MemoryWindowServer::Window entry() const;
 
   MemoryOverlayWindows& owner_;
+  std::function<void()> displaced_;
 };
 
 class MemoryOverlayWindows : public OverlayWindows {
@@ -61,6 +71,9 @@ class MemoryOverlayWindows : public OverlayWindows {
   explicit MemoryOverlayWindows(MemoryWindowServer& windowServer) : server(windowServer) {}
 
   std::optional<std::string> unavailableReason() const override { return unavailable; }
+  void notify(const std::string& title, const std::string& text) override {
+    notifications.emplace_back(title, text);
+  }
   std::unique_ptr<OverlayWindow> make(const OverlayWindowSpec& spec) override {
     return std::make_unique<MemoryOverlayWindow>(*this, spec);
   }
@@ -71,6 +84,7 @@ class MemoryOverlayWindows : public OverlayWindows {
   MemoryWindowServer& server;
   std::vector<MemoryOverlayWindow*> windows;  // those that exist, in the order in which they were made
   int made = 0;
+  std::vector<std::pair<std::string, std::string>> notifications;  // title and text
   std::optional<std::string> unavailable;
 };
 

@@ -29,6 +29,7 @@ class MemoryWindowServer : public WindowServer {
   Rect mainScreenFrame() const override { return screenFrame.value_or(displayBounds); }
   WindowLevel levelForKey(WindowLevelKey key) const override;
   std::vector<WindowInfo> windowList(WindowListOptions options) const override;
+  WindowNumber windowInUse() const override { return inUse; }
   WindowNumber windowNumberAtPoint(Point point, WindowNumber below) const override;
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   void requestPictures() override { ++pictureRequests; }
@@ -68,6 +69,7 @@ class MemoryWindowServer : public WindowServer {
   std::map<WindowNumber, std::shared_ptr<const Picture>> pictures;
   bool withholdsPictures = false;
   int pictureRequests = 0;
+  WindowNumber inUse = kNoWindow;
   mutable int listQueries = 0;
   mutable std::vector<WindowNumber> picturesTaken;
   Observers<> displayObservers;
