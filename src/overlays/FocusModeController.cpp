@@ -80,7 +80,7 @@ void FocusModeController::appendItems(Menu& menu) {
   submenu.push_back(
       menuItem("Preferences", [this](const MenuItem& sender) { displayFocusModePreferences(sender); }));
   appendOverlaySection(menu, "Focus Mode", std::move(submenu), focusModeModel.isFocusModeEnabled,
-                       overlayWindows_);
+                       overlayWindows_.unavailableReason());
 
   applyFocusMode();
 }

@@ -38,13 +38,20 @@ void HideDesktopIconsController::appendSection(Menu& menu, MenuBuild) {
       "Enable", [this](const MenuItem& sender) { hideDesktopIconsEnabled(sender); },
       stateFor(hideDesktopIconsModel.isHideDesktopIconsEnabled)));
   appendOverlaySection(menu, "Hide Desktop Icons", std::move(submenu),
-                       hideDesktopIconsModel.isHideDesktopIconsEnabled, overlayWindows_);
+                       hideDesktopIconsModel.isHideDesktopIconsEnabled, unavailableReason());
 
   applyHideDesktopIcons();
 }
 
+std::optional<std::string> HideDesktopIconsController::unavailableReason() const {
+  if (auto reason = overlayWindows_.unavailableReason()) return reason;
+  return windowServer_.wallpaperUnavailableReason();
+}
+
 void HideDesktopIconsController::hideDesktopIconsEnabled(const MenuItem& sender) {
   const bool switchesOn = sender.state != MenuItem::State::on;
+  // The desktop may have changed since the menu was built.
+  if (switchesOn && unavailableReason()) return;
   if (switchesOn && !settings_.boolForKey(settings_keys::hideDesktopIconsAlertSuppression)) {
     const auto answer = dialog_.show(
         "", "OK", "Your Desktop Icons Will Be Hidden!",
@@ -58,7 +65,7 @@ void HideDesktopIconsController::hideDesktopIconsEnabled(const MenuItem& sender)
 }
 
 void HideDesktopIconsController::applyHideDesktopIcons() {
-  if (!hideDesktopIconsModel.isHideDesktopIconsEnabled) {
+  if (!hideDesktopIconsModel.isHideDesktopIconsEnabled || unavailableReason()) {
     if (hideDesktopIconsWindow) hideDesktopIconsWindow->orderOut();
     return;
   }

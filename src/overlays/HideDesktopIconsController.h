@@ -3,6 +3,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "alerts/TWDialog.h"
 #include "base/Subscription.h"
@@ -39,6 +41,7 @@ class HideDesktopIconsController {
   std::unique_ptr<OverlayWindow> hideDesktopIconsWindow;  // made on first use, then kept
 
  private:
+  std::optional<std::string> unavailableReason() const;
   // The desktop does not keep the picture below the windows: the tool goes off, and the user learns of it.
   void giveUp();
 

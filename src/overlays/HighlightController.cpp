@@ -42,7 +42,7 @@ void HighlightController::appendSection(Menu& menu, MenuBuild) {
   appendOptions(submenu, TWHighlightMouseClicks::availableSizes, model.selectedSize,
                 [this](const MenuItem& sender) { sizeClicked(sender); });
   appendOverlaySection(menu, "Highlight Mouse Cursor", std::move(submenu),
-                       model.isHighlightMouseClicksEnabled, overlayWindows_);
+                       model.isHighlightMouseClicksEnabled, overlayWindows_.unavailableReason());
 
   applyHighlight();
 }

@@ -63,7 +63,7 @@ void TintScreenController::appendSection(Menu& menu, MenuBuild) {
   submenu.push_back(
       menuItem("Preferences", [this](const MenuItem& sender) { displayTintScreenPreferences(sender); }));
   appendOverlaySection(menu, "Tint Screen", std::move(submenu), tintScreenModel.isTintScreenEnabled,
-                       overlayWindows_);
+                       overlayWindows_.unavailableReason());
 
   applyTintScreen();
 }

@@ -95,6 +95,8 @@ class WindowServer {
   // What the window shows by itself, whatever covers it; null when that cannot be had. For a listed wallpaper
   // window: the wallpaper without the icons, or the desktop's background colour where there is none.
   virtual std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const = 0;
+  // One sentence for the user where the picture of the wallpaper cannot be had; nothing where it can.
+  virtual std::optional<std::string> wallpaperUnavailableReason() const = 0;
 
   // Asks the user for the permission to take pictures of other programs' windows, where the platform wants one
   // and does not have it yet.

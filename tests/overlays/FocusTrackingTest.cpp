@@ -38,6 +38,30 @@ TEST_F(FocusTracking, TheFirstEntryThatPassesIsTheFrontWindow) {
   EXPECT_EQ(focus.frontmostWindowNumber(), front);
 }
 
+TEST_F(FocusTracking, TheWindowInUseCountsBeforeThoseInFrontOfIt) {
+  const WindowNumber back = server.open(kEditor, kPart);
+  const WindowNumber front = server.open(kBrowser, kPart);
+  server.inUse = back;
+  EXPECT_EQ(focus.frontmostWindowNumber(), back);
+  server.inUse = 12345;
+  EXPECT_EQ(focus.frontmostWindowNumber(), front) << "one that is not listed does not count";
+  const WindowNumber agent = server.open(kAgent, kPart);
+  server.inUse = agent;
+  EXPECT_EQ(focus.frontmostWindowNumber(), front) << "nor does one that is no ordinary window";
+}
+
+TEST_F(FocusTracking, AVeilThatTheDesktopKeepsOverTheFrontWindowSwitchesTheToolOffAndSaysSo) {
+  server.open(kEditor, kPart);
+  switchOn();
+  overlay().displace();
+  EXPECT_FALSE(model.isFocusModeEnabled);
+  EXPECT_FALSE(stored("FocusModeEnabled"));
+  EXPECT_FALSE(focus.focusTimer);
+  EXPECT_FALSE(overlay().isOnScreen());
+  ASSERT_EQ(platform.overlayWindows.notifications.size(), 1u);
+  EXPECT_EQ(platform.overlayWindows.notifications[0].first, "Focus Mode was switched off");
+}
+
 TEST_F(FocusTracking, SkipsEveryEntryThatIsNoOrdinaryWindow) {
   const WindowNumber ordinary = server.open(kEditor, kPart);
   const std::optional<WindowNumber> any = 1;

@@ -222,6 +222,61 @@ TEST_F(HideDesktopIcons, AStoredFlagDoesNotHideTheIconsAtTheNextStart) {
   EXPECT_EQ(platform.overlayWindows.made, made);
 }
 
+TEST_F(HideDesktopIcons, WhereThePictureIsNotKnownTheToolStaysOffAndNothingIsStored) {
+  server.wallpaperUnavailable = "Not known.";
+  EXPECT_EQ(describe(icons),
+            "[ ] Hide Desktop Icons\n"
+            "  [ ] Enable disabled action\n"
+            "  ---\n"
+            "  [ ] Not known. disabled\n");
+  icons.hideDesktopIconsEnabled(switchedOff());
+  EXPECT_FALSE(model.isHideDesktopIconsEnabled);
+  EXPECT_FALSE(platform.settings.boolForKey("HideDesktopIconsEnabled"));
+  EXPECT_EQ(platform.overlayWindows.made, 0);
+  EXPECT_TRUE(platform.alertPanel.shown.empty());
+}
+
+TEST_F(HideDesktopIcons, APictureThatIsNoLongerKnownGoesAndComesBackWithTheSwitchAsItWas) {
+  addWallpaper("Lake");
+  icons.hideDesktopIconsEnabled(switchedOff());
+  server.wallpaperUnavailable = "Not known.";
+  EXPECT_EQ(describe(icons),
+            "[ ] Hide Desktop Icons bold\n"
+            "  [x] Enable action\n"
+            "  ---\n"
+            "  [ ] Not known. disabled\n")
+      << "what is on can be switched off";
+  EXPECT_FALSE(overlay().isOnScreen());
+  EXPECT_TRUE(stored("HideDesktopIconsEnabled"));
+  server.wallpaperUnavailable.reset();
+  build(icons);
+  EXPECT_TRUE(overlay().isOnScreen());
+}
+
+TEST_F(HideDesktopIcons, APictureThatTheDesktopKeepsOverWindowsSwitchesTheToolOffAndSaysSo) {
+  addWallpaper("Lake");
+  icons.hideDesktopIconsEnabled(switchedOff());
+  overlay().displace();
+  EXPECT_FALSE(model.isHideDesktopIconsEnabled);
+  EXPECT_FALSE(stored("HideDesktopIconsEnabled"));
+  EXPECT_FALSE(overlay().isOnScreen());
+  ASSERT_EQ(platform.overlayWindows.notifications.size(), 1u);
+  EXPECT_EQ(platform.overlayWindows.notifications[0].first, "Hide Desktop Icons was switched off");
+  icons.hideDesktopIconsEnabled(switchedOff());
+  EXPECT_TRUE(overlay().isOnScreen());
+}
+
+TEST_F(HideDesktopIcons, IsNeverSeenWithThePictureOfBefore) {
+  const WindowNumber wallpaper = addWallpaper("Lake");
+  icons.hideDesktopIconsEnabled(switchedOff());
+  icons.hideDesktopIconsEnabled(switchedOn());
+  server.pictures[wallpaper] = std::make_shared<MemoryPicture>("Forest");
+  server.resizeDisplay({0, 0, 1920, 1080});
+  icons.hideDesktopIconsEnabled(switchedOff());
+  EXPECT_EQ(nameOf(overlay().contentsWhenOrderedFront), "Forest");
+  EXPECT_EQ(overlay().frameWhenOrderedFront, (Rect{0, 0, 1920, 1080}));
+}
+
 TEST_F(HideDesktopIcons, ListsItsSection) {
   EXPECT_EQ(describe(icons), "[ ] Hide Desktop Icons\n  [ ] Enable action\n");
   const MenuItem item = build(icons).submenu.front();

@@ -127,6 +127,14 @@ TEST_F(Highlight, SwitchingOnAgainReusesTheWindowWithANewMonitor) {
   EXPECT_EQ(overlay().drawingFrame, (Rect{15, 25, 70, 70}));
 }
 
+TEST_F(Highlight, SwitchingOnAgainNeverShowsTheRingWhereItWas) {
+  highlight.highlightMouseClicksEnabled(switchedOff());
+  highlight.highlightMouseClicksEnabled(switchedOn());
+  platform.pointerMonitor.position = {900, 600};
+  highlight.highlightMouseClicksEnabled(switchedOff());
+  EXPECT_EQ(overlay().drawingFrameWhenOrderedFront, (Rect{865, 565, 70, 70}));
+}
+
 TEST_F(Highlight, ApplyingAgainInstallsNoSecondMonitor) {
   highlight.highlightMouseClicksEnabled(switchedOff());
   highlight.applyHighlight();

@@ -207,7 +207,17 @@ xcb_window_t PrivateDesktop::makeWindow(const PixelRect& frame, const Pixel& col
   if (!options.type.empty())
     set("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, atoms("_NET_WM_WINDOW_TYPE_", {options.type}));
   if (!options.states.empty()) set("_NET_WM_STATE", XCB_ATOM_ATOM, atoms("_NET_WM_STATE_", options.states));
-  set("_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
+  if (!options.rawTypes.empty()) set("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, atoms("", options.rawTypes));
+  using Claim = WindowOptions::Claim;
+  if (options.claim != Claim::none) {
+    set("_NET_WM_PID", XCB_ATOM_CARDINAL,
+        {options.claim == Claim::own ? static_cast<std::uint32_t>(getpid()) : options.claimed});
+  }
+  if (!options.program.empty()) {
+    const std::string names = options.program + '\0' + options.program + '\0';
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(names.size()), names.data());
+  }
   if (!options.title.empty()) {
     xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, observer_->atom("_NET_WM_NAME"),
                         observer_->atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(options.title.size()),

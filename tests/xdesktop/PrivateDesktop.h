@@ -71,6 +71,11 @@ class PrivateDesktop {
     std::string type = {};                 // "DOCK"; empty for none
     std::vector<std::string> states = {};  // "ABOVE", "FULLSCREEN"
     bool isOverrideRedirect = false;
+    std::string program = {};                // the instance part of its class; empty for no class
+    std::vector<std::string> rawTypes = {};  // whole names of types, in place of `type`
+    // What it claims as its process: its own, none, or that number.
+    enum class Claim { own, none, number } claim = Claim::own;
+    std::uint32_t claimed = 0;
   };
   // Another program's window, mapped; the call returns when it is viewable.
   xcb_window_t makeWindow(const PixelRect& frame, const Pixel& colour, const WindowOptions& options);

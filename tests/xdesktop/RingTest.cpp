@@ -96,6 +96,20 @@ TEST_P(Ring, LetsClicksThroughAndTakesNoFocus) {
   EXPECT_EQ(desktop.activeWindow(), below);
 }
 
+TEST_P(Ring, EndsAtTheEdgeOfItsDisplay) {
+  // A display that is the left half of the screen.
+  window->setFrame({0, 0, 400, 600});
+  move(410, 300);
+  EXPECT_TRUE(showsRingAt(410, 300)) << desktop.pixel(410 - kSide * 9 / 20, 300);
+  for (int x = 400; x < 460; ++x)
+    ASSERT_EQ(desktop.pixel(x, 300), kDesktop) << x;
+  move(300, 300);
+  EXPECT_TRUE(desktop.showsPixel(300 + kSide * 9 / 20, 300, kBlue, 6)) << "all of it is there again";
+  move(600, 300);
+  EXPECT_TRUE(desktop.showsPixel(300 + kSide * 9 / 20, 300, kDesktop));
+  EXPECT_EQ(desktop.pixel(600 - kSide * 9 / 20, 300), kDesktop);
+}
+
 TEST_P(Ring, IsGoneAtOnceWhenOrderedOutAndStopsFollowing) {
   move(300, 200);
   ASSERT_TRUE(showsRingAt(300, 200));

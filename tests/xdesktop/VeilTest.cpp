@@ -84,6 +84,40 @@ TEST_P(Veil, FollowsToAnotherFrontWindow) {
       << desktop.pixel(frontX, frontY);
 }
 
+TEST_P(Veil, UncoversTheNextWindowWhenTheFrontOneGoes) {
+  const auto minimise = [&](xcb_window_t window) {
+    desktop.run({"xdotool", "windowminimize", "--sync", std::to_string(window)});
+  };
+  for (int round = 0; round < 3; ++round) {
+    minimise(front);
+    veil->orderBelow(back);
+    for (const auto& [x, y] : {insideTop(back), inside(back)})
+      EXPECT_TRUE(desktop.showsPixel(x, y, kBack)) << "round " << round << " " << desktop.pixel(x, y);
+    desktop.activate(front);
+    veil->orderBelow(front);
+    const auto [x, y] = insideTop(back);
+    EXPECT_TRUE(desktop.showsPixel(x, y, blended(kBack, kBlack, 0.8))) << desktop.pixel(x, y);
+  }
+  xcb_destroy_window(desktop.observer().get(), front);
+  xcb_flush(desktop.observer().get());
+  waitFor(std::chrono::milliseconds(200));
+  veil->orderBelow(back);
+  for (const auto& [x, y] : {insideTop(back), inside(back)})
+    EXPECT_TRUE(desktop.showsPixel(x, y, kBack)) << desktop.pixel(x, y);
+  veil->orderOut();
+  EXPECT_TRUE(desktop.showsPixel(780, 580, corner)) << desktop.pixel(780, 580);
+}
+
+TEST_P(Veil, DimsWindowsThatLieOverTheOneInUse) {
+  // In use, but not raised.
+  veil->orderBelow(back);
+  const auto [frontX, frontY] = inside(front);
+  const auto [backX, backY] = insideTop(back);
+  EXPECT_TRUE(desktop.showsPixel(backX, backY, kBack)) << desktop.pixel(backX, backY);
+  EXPECT_TRUE(desktop.showsPixel(frontX, frontY, blended(kFront, kBlack, 0.8)))
+      << desktop.pixel(frontX, frontY);
+}
+
 TEST_P(Veil, LeavesAMenuAboveTheFrontWindowClear) {
   constexpr Pixel kMenu{250, 250, 120};
   desktop.makeWindow({600, 100, 120, 200}, kMenu, {.isOverrideRedirect = true});

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/linux/WindowHints.h"
 #include "xdesktop/PrivateDesktop.h"
 
 namespace harbor {
@@ -75,6 +76,43 @@ TEST_F(WindowServerOnX, GivesWindowsTheirLayerByTypeAndState) {
     EXPECT_EQ(info->layer == 0, row.isOrdinary) << row.options.type;
     xcb_destroy_window(desktop.observer().get(), window);
     xcb_flush(desktop.observer().get());
+  }
+}
+
+TEST_F(WindowServerOnX, AsksTheServerForTheProcessWhateverTheWindowClaims) {
+  using Claim = PrivateDesktop::WindowOptions::Claim;
+  for (const auto claim : {Claim::own, Claim::none, Claim::number}) {
+    const auto window = desktop.makeWindow({100, 100, 100, 100}, kColour, {.claim = claim, .claimed = 2});
+    const auto info = entryOf(window);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->ownerPid, getpid());
+    WindowHintsReader hints(desktop.observer());
+    EXPECT_EQ(hints.managed().back().processIdentifier, getpid());
+  }
+}
+
+TEST_F(WindowServerOnX, TheFirstKnownTypeOfAWindowCounts) {
+  struct Row {
+    std::vector<std::string> types;
+    bool isOrdinary;
+  };
+  const Row rows[] = {
+      {{"_KDE_NET_WM_WINDOW_TYPE_OVERRIDE", "_NET_WM_WINDOW_TYPE_NORMAL"}, true},
+      {{"_EXAMPLE_TYPE"}, true},
+      {{"_EXAMPLE_TYPE", "_NET_WM_WINDOW_TYPE_DOCK", "_NET_WM_WINDOW_TYPE_NORMAL"}, false},
+      {{"_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_DOCK"}, true},
+  };
+  for (const auto& row : rows) {
+    const auto window = desktop.makeWindow({100, 100, 100, 100}, kColour, {.rawTypes = row.types});
+    const auto info = entryOf(window);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->layer == 0, row.isOrdinary) << row.types.front();
+    WindowHintsReader hints(desktop.observer());
+    ASSERT_EQ(hints.managed().size(), 1u);
+    EXPECT_EQ(hints.managed().front().isRegular, row.isOrdinary) << row.types.front();
+    xcb_destroy_window(desktop.observer().get(), window);
+    xcb_flush(desktop.observer().get());
+    ASSERT_TRUE(waitUntil([&] { return desktop.rootWords("_NET_CLIENT_LIST").empty(); }));
   }
 }
 

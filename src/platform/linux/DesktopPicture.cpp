@@ -1,10 +1,13 @@
 #include "platform/linux/DesktopPicture.h"
 
+#include <QFile>
 #include <QImageReader>
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 
+#include "platform/linux/RegularFile.h"
 #include "platform/linux/TopLevelWindows.h"
 
 namespace harbor {
@@ -32,10 +35,29 @@ QSize shownSize(QSize image, WallpaperMode mode, QSize display) {
   return image;
 }
 
+// The pixels of the greatest image that is decoded whole; one of these formats is decoded at the shown size.
+constexpr qint64 kGreatestImage = qint64{1} << 25;
+constexpr const char* kScaledFormats[] = {"jpeg", "svg", "svgz"};
+
+// Opens the wallpaper's image by what is in it, whatever its name says; false when it is none or too large.
+bool openImage(QImageReader& reader, QFile& file, const std::string& path) {
+  if (!openRegularFile(file, path)) return false;
+  reader.setDevice(&file);
+  reader.setDecideFormatFromContent(true);
+  reader.setAutoTransform(true);
+  if (!reader.canRead()) return false;
+  const QSize size = reader.size();
+  const QByteArray format = reader.format();
+  return std::any_of(std::begin(kScaledFormats), std::end(kScaledFormats),
+                     [&](const char* scaled) { return format == scaled; }) ||
+         !size.isValid() || qint64{size.width()} * size.height() <= kGreatestImage;
+}
+
 // The wallpaper on a display of that size; a null image when its file cannot be read as one.
 QImage compose(const Wallpaper& wallpaper, QSize display) {
-  QImageReader reader(QString::fromStdString(wallpaper.image));
-  reader.setAutoTransform(true);
+  QFile file;
+  QImageReader reader;
+  if (!openImage(reader, file, wallpaper.image)) return {};
   const QSize natural = reader.size();
   // Decoding at the shown size saves the memory of a large photograph; the size can be told only for some
   // formats.
@@ -59,25 +81,49 @@ QImage compose(const Wallpaper& wallpaper, QSize display) {
 
 }  // namespace
 
-std::shared_ptr<const Picture> DesktopPicture::capture(const PixelRect& part) {
+DesktopPicture::Sources DesktopPicture::sources() const {
+  Sources sources;
   const auto root = connection_.root();
-  auto pixmap = connection_.word(root, connection_.atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP);
-  if (!pixmap) pixmap = connection_.word(root, connection_.atom("ESETROOT_PMAP_ID"), XCB_ATOM_PIXMAP);
-  const auto rootPicture = [&]() -> std::shared_ptr<const Picture> {
-    auto copy = pixmap ? ServerPixmap::copyOf(connection_, *pixmap, part) : nullptr;
-    return copy ? std::make_shared<XPicture>(std::move(copy)) : nullptr;
-  };
-
+  sources.pixmap = connection_.word(root, connection_.atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP);
+  if (!sources.pixmap)
+    sources.pixmap = connection_.word(root, connection_.atom("ESETROOT_PMAP_ID"), XCB_ATOM_PIXMAP);
   const auto program = desktopProgram();
-  // A root pixmap that someone else set before a desktop program started is not what that program shows.
-  if (pixmap && (!program || haveSameOwner(connection_, *pixmap, program->window))) {
-    if (auto picture = rootPicture()) return picture;
+  sources.hasProgram = program.has_value();
+  if (!program) return sources;
+  sources.wallpapers = wallpapersOf(program->name, WallpaperFolders::ofEnvironment());
+  // A root pixmap that someone else set before a desktop program started is not what that program shows. Of a
+  // program whose settings are not known it is the best guess.
+  if (sources.pixmap && !sources.wallpapers.empty() &&
+      !haveSameOwner(connection_, *sources.pixmap, program->window)) {
+    sources.pixmap.reset();
   }
-  if (program) {
-    if (const auto wallpaper = wallpaperOf(program->name)) return paint(*wallpaper, part);
+  return sources;
+}
+
+std::shared_ptr<const Picture> DesktopPicture::capture(const PixelRect& part) {
+  const Sources sources = this->sources();
+  if (sources.pixmap) {
+    if (auto copy = ServerPixmap::copyOf(connection_, *sources.pixmap, part))
+      return std::make_shared<XPicture>(std::move(copy));
   }
-  if (auto picture = rootPicture()) return picture;
-  return std::make_shared<XPicture>(rootColour(part));
+  for (const auto& wallpaper : sources.wallpapers) {
+    if (auto picture = paint(wallpaper, part)) return picture;
+  }
+  return sources.hasProgram ? nullptr : std::make_shared<XPicture>(rootColour(part));
+}
+
+bool DesktopPicture::isKnown() const {
+  const Sources sources = this->sources();
+  if (!sources.hasProgram) return true;
+  if (sources.pixmap && ServerPixmap::canCopy(connection_, *sources.pixmap)) return true;
+  return std::any_of(
+      sources.wallpapers.begin(), sources.wallpapers.end(), [this](const Wallpaper& wallpaper) {
+        if (wallpaper.mode == WallpaperMode::colourOnly || wallpaper.image.empty()) return true;
+        QFile file;
+        QImageReader reader;
+        return std::find(unreadable_.begin(), unreadable_.end(), wallpaper) == unreadable_.end() &&
+               openImage(reader, file, wallpaper.image);
+      });
 }
 
 std::optional<DesktopPicture::DesktopProgram> DesktopPicture::desktopProgram() const {
@@ -93,16 +139,28 @@ std::optional<DesktopPicture::DesktopProgram> DesktopPicture::desktopProgram() c
 
 std::shared_ptr<const Picture> DesktopPicture::paint(const Wallpaper& wallpaper, const PixelRect& part) {
   if (painted_ && paintedFrom_ == wallpaper && paintedPart_ == part) return painted_;
-  painted_ = nullptr;
-  if (wallpaper.mode != WallpaperMode::colourOnly && !wallpaper.image.empty()) {
+  std::shared_ptr<const Picture> painted;
+  if (wallpaper.mode == WallpaperMode::colourOnly || wallpaper.image.empty()) {
+    painted = std::make_shared<XPicture>(wallpaper.background);
+  } else {
+    if (std::find(unreadable_.begin(), unreadable_.end(), wallpaper) != unreadable_.end()) return nullptr;
     const QImage image = compose(wallpaper, QSize(part.width, part.height));
-    if (auto pixmap = ServerPixmap::fromImage(connection_, image, connection_.screen().root_depth))
-      painted_ = std::make_shared<XPicture>(std::move(pixmap));
+    if (image.isNull()) rememberUnreadable(wallpaper);
+    auto pixmap = ServerPixmap::fromImage(connection_, image, connection_.screen().root_depth);
+    if (!pixmap) return nullptr;
+    painted = std::make_shared<XPicture>(std::move(pixmap));
   }
-  if (!painted_) painted_ = std::make_shared<XPicture>(wallpaper.background);
+  painted_ = painted;
   paintedFrom_ = wallpaper;
   paintedPart_ = part;
   return painted_;
+}
+
+void DesktopPicture::rememberUnreadable(const Wallpaper& wallpaper) {
+  // Of a file that is written again and again only the last states matter.
+  constexpr std::size_t kMost = 32;
+  if (unreadable_.size() >= kMost) unreadable_.erase(unreadable_.begin());
+  unreadable_.push_back(wallpaper);
 }
 
 Colour DesktopPicture::rootColour(const PixelRect& part) const {

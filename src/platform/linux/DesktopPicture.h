@@ -1,5 +1,5 @@
 // The wallpaper without the icons: the root pixmap where it is what the desktop shows, else the image that
-// the desktop program was told to show, else the desktop's colour.
+// the desktop program was told to show; without such a program the root window's color.
 #pragma once
 
 #include <memory>
@@ -16,8 +16,11 @@ class DesktopPicture {
   DesktopPicture(XcbConnection& connection, ClientWindows& clients)
       : connection_(connection), clients_(clients) {}
 
-  // That part of the desktop as it is now; never null.
+  // That part of the desktop as it is now; null where a program draws icons and what it draws them on is not
+  // known.
   std::shared_ptr<const Picture> capture(const PixelRect& part);
+  // Whether there is a picture, as far as that can be told without decoding one.
+  bool isKnown() const;
 
  private:
   // The window that shows the icons, and its program's name; nothing where nobody draws any.
@@ -26,9 +29,18 @@ class DesktopPicture {
     std::string name;
   };
 
+  // Where a picture may come from: the root pixmap first, if it is what is shown, then the wallpapers.
+  struct Sources {
+    bool hasProgram = false;
+    std::optional<xcb_pixmap_t> pixmap;
+    std::vector<Wallpaper> wallpapers;
+  };
+
+  Sources sources() const;
   std::optional<DesktopProgram> desktopProgram() const;
   std::shared_ptr<const Picture> paint(const Wallpaper& wallpaper, const PixelRect& part);
   Colour rootColour(const PixelRect& part) const;
+  void rememberUnreadable(const Wallpaper& wallpaper);
 
   XcbConnection& connection_;
   ClientWindows& clients_;
@@ -36,6 +48,7 @@ class DesktopPicture {
   std::optional<Wallpaper> paintedFrom_;
   PixelRect paintedPart_;
   std::shared_ptr<const Picture> painted_;
+  std::vector<Wallpaper> unreadable_;  // images that turned out to be damaged, as they were then
 };
 
 }  // namespace harbor

@@ -88,6 +88,7 @@ void LinuxOverlayWindow::setDrawing(const Drawing& drawing, const Rect& frame) {
     const auto size = surface_->frame();
     const auto place = pixelFrame();
     surface_->setFrame({place.x, place.y, size.width, size.height});
+    shape();
     xcb_flush(desktop_.connection().get());
   } else {
     show();
@@ -282,9 +283,31 @@ void LinuxOverlayWindow::paintDrawing() {
   if (pixmap_) surface_->fill(pixmap_->id());
 }
 
+void LinuxOverlayWindow::shapeDrawing() {
+  const PixelRect frame = surface_->frame();
+  const PixelRect display = toPixels(spec_.frame);
+  if (display.covers(frame)) {
+    surface_->setShape(drawingShape_);
+    return;
+  }
+  // The X window is the drawing's own; what lies beyond the display is on another one, or nowhere.
+  const int left = display.x - frame.x;
+  const int top = display.y - frame.y;
+  std::vector<PixelRect> inside;
+  const std::vector<PixelRect> whole = {{0, 0, frame.width, frame.height}};
+  for (const auto& part : drawingShape_ ? *drawingShape_ : whole) {
+    const int x = std::max(part.x, left);
+    const int y = std::max(part.y, top);
+    const PixelRect cut{x, y, std::min(part.right(), left + display.width) - x,
+                        std::min(part.bottom(), top + display.height) - y};
+    if (!cut.isEmpty()) inside.push_back(cut);
+  }
+  surface_->setShape(inside);
+}
+
 void LinuxOverlayWindow::shape() {
   if (drawing_) {
-    surface_->setShape(drawingShape_);
+    shapeDrawing();
     return;
   }
   const auto frame = surface_->frame();

@@ -50,6 +50,7 @@ class LinuxOverlayWindow : public OverlayWindow {
   void paintDrawing();
   void paintPicture(const ServerPixmap& picture);
   void shape();
+  void shapeDrawing();
 
   OverlayDesktop& desktop_;
   OverlayWindowSpec spec_;

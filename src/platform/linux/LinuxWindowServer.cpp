@@ -225,6 +225,11 @@ std::shared_ptr<const Picture> LinuxWindowServer::pictureOfWindow(WindowNumber n
   return picture_->capture(parts_.display->bounds());
 }
 
+std::optional<std::string> LinuxWindowServer::wallpaperUnavailableReason() const {
+  if (!picture_ || picture_->isKnown()) return std::nullopt;
+  return "The picture of this desktop is not known here.";
+}
+
 Subscription LinuxWindowServer::onDisplayChange(std::function<void()> handler) {
   if (!parts_.display) return Subscription([] {});
   return parts_.display->onChange(std::move(handler));

@@ -38,6 +38,7 @@ class LinuxWindowServer : public QObject, public WindowServer {
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   void requestPictures() override {}
   bool mayWithholdPictures() const override { return false; }
+  std::optional<std::string> wallpaperUnavailableReason() const override;
   Subscription onDisplayChange(std::function<void()> handler) override;
   Subscription onFrontWindowChange(std::function<void()> handler) override;
 

@@ -1,4 +1,5 @@
-// The main display's place on the X screen: the primary output, or the whole screen where there is none.
+// The main display's place on the X screen: the primary output, else the first that is lit, else the whole
+// screen.
 #pragma once
 
 #include <functional>

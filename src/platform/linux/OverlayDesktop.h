@@ -2,7 +2,7 @@
 #pragma once
 
 #include <functional>
-#include <set>
+#include <map>
 
 #include "base/Observers.h"
 #include "platform/linux/CompositingWatch.h"

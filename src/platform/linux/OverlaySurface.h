@@ -16,7 +16,7 @@ class OverlaySurface {
   // Translucent: with an alpha channel, where the server has such a visual. Opaque: of the screen's own
   // depth, which a root pixmap has too.
   enum class Surface { translucent, opaque };
-  // Managed: the window manager stacks it; see setUpManaged.
+  // Managed: the window manager stacks it; see ManagedWindow.h.
   enum class Control { overrideRedirect, managed };
 
   // Not mapped yet. The connection outlives this.

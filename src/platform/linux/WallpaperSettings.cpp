@@ -7,10 +7,16 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QString>
+#include <QUrl>
 #include <QXmlStreamReader>
 
-#include <array>
+#include <algorithm>
 #include <cmath>
+#include <initializer_list>
+#include <utility>
+
+#include "platform/linux/KeyFile.h"
+#include "platform/linux/RegularFile.h"
 
 namespace harbor {
 namespace {
@@ -31,6 +37,23 @@ constexpr WallpaperMode kXfceModes[] = {WallpaperMode::colourOnly, WallpaperMode
                                         WallpaperMode::tiled,      WallpaperMode::stretched,
                                         WallpaperMode::fitted,     WallpaperMode::zoomed};
 
+// By the number of Plasma's "FillMode".
+constexpr WallpaperMode kPlasmaModes[] = {
+    WallpaperMode::stretched, WallpaperMode::fitted, WallpaperMode::zoomed, WallpaperMode::tiled,
+    WallpaperMode::tiled,     WallpaperMode::tiled,  WallpaperMode::centred};
+
+// What Xfce shows when it was told nothing: what the distribution puts there, else its own.
+constexpr const char* kXfceDefaults[] = {"images/desktop-base/default", "backgrounds/xfce/xfce-shapes.svg",
+                                         "backgrounds/xfce/xfce-verticals.png"};
+
+QString toQString(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+double channel(double value) {
+  return std::isfinite(value) ? std::clamp(value, 0.0, 1.0) : 0.0;
+}
+
 Colour fromQColor(const QColor& colour) {
   return {colour.redF(), colour.greenF(), colour.blueF(), 1.0};
 }
@@ -44,25 +67,120 @@ std::string_view trimmed(std::string_view text) {
 // Files that a wallpaper setting may be in are small; anything larger is not one.
 constexpr qint64 kGreatestFile = 1 << 20;
 
-std::optional<std::string> contentsOf(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || file.size() > kGreatestFile) return std::nullopt;
+std::optional<std::string> contentsOf(const std::string& path) {
+  QFile file;
+  if (!openRegularFile(file, path) || file.size() > kGreatestFile) return std::nullopt;
   return file.readAll().toStdString();
 }
 
-// The file of that name in the profile of the folder that was changed last: the one in use.
-std::optional<std::string> newestProfile(const QString& folder, const QString& name) {
+// The file of one of these names in the profile of the folder that was changed last: the one in use.
+std::optional<std::string> newestProfile(const std::string& folder,
+                                         std::initializer_list<const char*> names) {
   std::optional<std::string> contents;
   QDateTime newest;
-  for (const auto& profile : QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-    const QFileInfo file(profile.filePath() + QLatin1Char('/') + name);
-    if (!file.isFile() || (newest.isValid() && file.lastModified() <= newest)) continue;
-    if (auto text = contentsOf(file.filePath())) {
-      contents = std::move(text);
-      newest = file.lastModified();
+  const QDir profiles(QString::fromStdString(folder));
+  for (const auto& profile : profiles.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+    for (const char* name : names) {
+      const QFileInfo file(profile.filePath() + QLatin1Char('/') + QLatin1String(name));
+      if (!file.isFile() || (newest.isValid() && file.lastModified() <= newest)) continue;
+      if (auto text = contentsOf(file.filePath().toStdString())) {
+        contents = std::move(text);
+        newest = file.lastModified();
+      }
     }
   }
   return contents;
+}
+
+std::vector<Wallpaper> wallpapersOfPcmanfm(const std::string& name, std::initializer_list<const char*> files,
+                                           const WallpaperFolders& folders) {
+  std::vector<Wallpaper> found;
+  bool isAnySetting = false;
+  for (const auto& folder : folders.settings) {
+    const auto text = newestProfile(folder + "/" + name, files);
+    auto wallpaper = text ? parsePcmanfm(*text) : std::nullopt;
+    isAnySetting = isAnySetting || wallpaper;
+    if (wallpaper) found.push_back(std::move(*wallpaper));
+  }
+  // Without settings these programs show plain black.
+  if (!isAnySetting) found.push_back({{}, WallpaperMode::colourOnly, Colour::black(), 0});
+  return found;
+}
+
+std::vector<Wallpaper> wallpapersOfXfdesktop(const WallpaperFolders& folders) {
+  std::vector<Wallpaper> found;
+  for (const auto& folder : folders.settings) {
+    const auto text = contentsOf(folder + "/xfce4/xfconf/xfce-perchannel-xml/xfce4-desktop.xml");
+    if (auto wallpaper = text ? parseXfdesktop(*text) : std::nullopt) found.push_back(std::move(*wallpaper));
+  }
+  for (const char* name : kXfceDefaults) {
+    for (const auto& folder : folders.data)
+      found.push_back({folder + "/" + name, WallpaperMode::zoomed, Colour::black(), 0});
+  }
+  return found;
+}
+
+// The picture of a wallpaper that is installed as a folder of one picture in several sizes: the largest.
+std::string largestImageIn(const QString& folder) {
+  const QDir images(folder + QLatin1String("/contents/images"));
+  std::string largest;
+  qint64 most = -1;
+  for (const auto& image : images.entryInfoList(QDir::Files)) {
+    const QStringList size = image.completeBaseName().split(QLatin1Char('x'));
+    const qint64 pixels = size.size() == 2 ? size[0].toLongLong() * size[1].toLongLong() : 0;
+    if (pixels <= most) continue;
+    most = pixels;
+    largest = image.filePath().toStdString();
+  }
+  return largest;
+}
+
+std::string plasmaImage(const std::string& image, const WallpaperFolders& folders) {
+  QString path = QString::fromStdString(image);
+  if (path.startsWith(QLatin1String("file://"))) path = QUrl(path).toLocalFile();
+  if (path.isEmpty()) return {};
+  if (path.startsWith(QLatin1Char('/')))
+    return QFileInfo(path).isDir() ? largestImageIn(path) : path.toStdString();
+  if (path.contains(QLatin1Char('/'))) return {};
+  for (const auto& folder : folders.data) {
+    auto found = largestImageIn(QString::fromStdString(folder + "/wallpapers/") + path);
+    if (!found.empty()) return found;
+  }
+  return {};
+}
+
+// The name of the wallpaper that the user's theme brings along; empty when it names none.
+std::string plasmaThemeImage(const WallpaperFolders& folders) {
+  std::string theme = "org.kde.breeze.desktop";
+  for (const auto& folder : folders.settings) {
+    const auto globals = KeyFile::read(folder + "/kdeglobals");
+    if (const auto name = globals ? globals->string("KDE", "LookAndFeelPackage") : std::nullopt) {
+      theme = *name;
+      break;
+    }
+  }
+  if (theme.find('/') != std::string::npos) return {};
+  for (const auto& folder : folders.data) {
+    const auto defaults = KeyFile::read(folder + "/plasma/look-and-feel/" + theme + "/contents/defaults");
+    if (const auto image = defaults ? defaults->string("Wallpaper", "Image") : std::nullopt) return *image;
+  }
+  return {};
+}
+
+std::vector<Wallpaper> wallpapersOfPlasma(const WallpaperFolders& folders) {
+  std::vector<Wallpaper> found;
+  for (const auto& folder : folders.settings) {
+    const auto text = contentsOf(folder + "/plasma-org.kde.plasma.desktop-appletsrc");
+    auto wallpaper = text ? parsePlasma(*text) : std::nullopt;
+    if (!wallpaper) continue;
+    if (wallpaper->mode != WallpaperMode::colourOnly) {
+      wallpaper->image =
+          plasmaImage(wallpaper->image.empty() ? plasmaThemeImage(folders) : wallpaper->image, folders);
+      if (wallpaper->image.empty()) continue;
+    }
+    found.push_back(std::move(*wallpaper));
+  }
+  return found;
 }
 
 }  // namespace
@@ -129,33 +247,73 @@ std::optional<Wallpaper> parseXfdesktop(std::string_view text) {
       --depth;
     }
   }
-  if (components.size() >= 3) wallpaper.background = {components[0], components[1], components[2], 1.0};
+  if (components.size() >= 3) {
+    wallpaper.background = {channel(components[0]), channel(components[1]), channel(components[2]), 1.0};
+  }
   if (!hasImage && components.empty()) return std::nullopt;
   if (!hasImage) wallpaper.mode = WallpaperMode::colourOnly;
   return wallpaper;
 }
 
-std::optional<Wallpaper> wallpaperOf(std::string_view program) {
-  const QString configuration = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-  std::optional<Wallpaper> wallpaper;
-  if (program == "pcmanfm" || program == "pcmanfm-qt") {
-    const auto folder = configuration + QLatin1Char('/') +
-                        QString::fromUtf8(program.data(), static_cast<qsizetype>(program.size()));
-    const auto text = newestProfile(folder, program == "pcmanfm" ? QStringLiteral("desktop-items-0.conf")
-                                                                 : QStringLiteral("settings.conf"));
-    // Without settings these programs show plain black.
-    wallpaper = text ? parsePcmanfm(*text) : std::nullopt;
-    if (!wallpaper) wallpaper = Wallpaper{{}, WallpaperMode::colourOnly, Colour::black(), 0};
+std::optional<Wallpaper> parsePlasma(std::string_view text) {
+  const auto file = KeyFile::parse(text);
+  for (const auto& group : file.groups()) {
+    // Groups lie in each other: "[Containments][1]".
+    constexpr std::string_view kOuter = "Containments][";
+    if (!group.starts_with(kOuter) || group.find(']', kOuter.size()) != std::string::npos) continue;
+    if (file.string(group, "lastScreen") != "0") continue;
+    const auto plugin = file.string(group, "wallpaperplugin").value_or("org.kde.image");
+    const std::string settings = group + "][Wallpaper][" + plugin + "][General";
+    Wallpaper wallpaper;
+    const QStringList color = toQString(file.string(settings, "Color").value_or("")).split(QLatin1Char(','));
+    if (color.size() >= 3) {
+      wallpaper.background = {channel(color[0].toInt() / 255.0), channel(color[1].toInt() / 255.0),
+                              channel(color[2].toInt() / 255.0), 1.0};
+    }
+    if (plugin == "org.kde.color") {
+      wallpaper.mode = WallpaperMode::colourOnly;
+      return wallpaper;
+    }
+    // Panels lie on the first screen, too, and have no wallpaper.
+    const bool isDesktop = file.string(group, "formfactor").value_or("0") == "0";
+    if (!isDesktop || (plugin != "org.kde.image" && plugin != "org.kde.slideshow")) continue;
+    wallpaper.image = file.string(settings, "Image").value_or("");
+    wallpaper.mode = WallpaperMode::zoomed;
+    bool isNumber = false;
+    const uint mode = toQString(file.string(settings, "FillMode").value_or("")).toUInt(&isNumber);
+    if (isNumber && mode < std::size(kPlasmaModes)) wallpaper.mode = kPlasmaModes[mode];
+    return wallpaper;
+  }
+  return std::nullopt;
+}
+
+WallpaperFolders WallpaperFolders::ofEnvironment() {
+  const auto locations = [](QStandardPaths::StandardLocation kind) {
+    std::vector<std::string> folders;
+    for (const auto& folder : QStandardPaths::standardLocations(kind))
+      folders.push_back(folder.toStdString());
+    return folders;
+  };
+  return {locations(QStandardPaths::GenericConfigLocation), locations(QStandardPaths::GenericDataLocation)};
+}
+
+std::vector<Wallpaper> wallpapersOf(std::string_view program, const WallpaperFolders& folders) {
+  std::vector<Wallpaper> found;
+  if (program == "pcmanfm") {
+    found = wallpapersOfPcmanfm("pcmanfm", {"desktop-items-0.conf", "pcmanfm.conf"}, folders);
+  } else if (program == "pcmanfm-qt") {
+    found = wallpapersOfPcmanfm("pcmanfm-qt", {"settings.conf"}, folders);
   } else if (program == "xfdesktop") {
-    const auto text =
-        contentsOf(configuration + QLatin1String("/xfce4/xfconf/xfce-perchannel-xml/xfce4-desktop.xml"));
-    if (text) wallpaper = parseXfdesktop(*text);
+    found = wallpapersOfXfdesktop(folders);
+  } else if (program == "plasmashell") {
+    found = wallpapersOfPlasma(folders);
   }
-  if (wallpaper && !wallpaper->image.empty()) {
-    const QFileInfo image(QString::fromStdString(wallpaper->image));
-    wallpaper->changed = image.exists() ? image.lastModified().toMSecsSinceEpoch() : 0;
+  for (auto& wallpaper : found) {
+    if (wallpaper.image.empty()) continue;
+    const QFileInfo image(QString::fromStdString(wallpaper.image));
+    wallpaper.changed = image.exists() ? image.lastModified().toMSecsSinceEpoch() : 0;
   }
-  return wallpaper;
+  return found;
 }
 
 }  // namespace harbor

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/Colour.h"
 
@@ -28,7 +29,22 @@ std::optional<Wallpaper> parsePcmanfm(std::string_view text);
 // Of the text of Xfce's "xfce4-desktop.xml", for the first monitor and workspace that it names.
 std::optional<Wallpaper> parseXfdesktop(std::string_view text);
 
-// What the program of that name (the instance part of its window's class) shows on this user's desktop.
-std::optional<Wallpaper> wallpaperOf(std::string_view program);
+// Of the text of Plasma's "plasma-org.kde.plasma.desktop-appletsrc", for the desktop of the first screen. An
+// image may be a folder or the mere name of a wallpaper that is installed; an empty one stands for that of
+// the theme. Nothing for wallpapers that are no image and no color.
+std::optional<Wallpaper> parsePlasma(std::string_view text);
+
+// Where settings and data lie, the user's own folder first.
+struct WallpaperFolders {
+  std::vector<std::string> settings;
+  std::vector<std::string> data;
+
+  static WallpaperFolders ofEnvironment();
+};
+
+// What the program of that name (the instance part of its window's class) may be showing, best guess first:
+// by the user's settings, by those that come with the system, and by its own default. A guess whose image
+// cannot be read is to be passed over. Empty for a program whose settings are not known here.
+std::vector<Wallpaper> wallpapersOf(std::string_view program, const WallpaperFolders& folders);
 
 }  // namespace harbor

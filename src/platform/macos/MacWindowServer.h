@@ -34,6 +34,7 @@ class MacWindowServer : public WindowServer {
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   void requestPictures() override;
   bool mayWithholdPictures() const override { return true; }
+  std::optional<std::string> wallpaperUnavailableReason() const override { return std::nullopt; }
   Subscription onDisplayChange(std::function<void()> handler) override;
   // The window server does not tell; nothing is ever reported.
   Subscription onFrontWindowChange(std::function<void()> handler) override;

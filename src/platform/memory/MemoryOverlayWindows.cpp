@@ -27,6 +27,9 @@ void MemoryOverlayWindow::setFrame(const Rect& newFrame) {
 
 void MemoryOverlayWindow::orderFrontRegardless() {
   ++ordersFront;
+  contentsWhenOrderedFront = contents;
+  drawingFrameWhenOrderedFront = drawingFrame;
+  frameWhenOrderedFront = frame;
   owner_.server.close(number);
   owner_.server.insert(entry());
 }

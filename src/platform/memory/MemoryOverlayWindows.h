@@ -57,6 +57,10 @@ class MemoryOverlayWindow : public OverlayWindow {
   Rect drawingFrame;
   int drawings = 0;
   int ordersFront = 0;
+  // What the window was when it was last ordered in front.
+  std::optional<Image> contentsWhenOrderedFront;
+  Rect drawingFrameWhenOrderedFront;
+  Rect frameWhenOrderedFront;
   std::vector<WindowNumber> ordersBelow;
 
  private:

@@ -34,6 +34,7 @@ class MemoryWindowServer : public WindowServer {
   std::shared_ptr<const Picture> pictureOfWindow(WindowNumber number) const override;
   void requestPictures() override { ++pictureRequests; }
   bool mayWithholdPictures() const override { return withholdsPictures; }
+  std::optional<std::string> wallpaperUnavailableReason() const override { return wallpaperUnavailable; }
   Subscription onDisplayChange(std::function<void()> handler) override {
     return displayObservers.add(std::move(handler));
   }
@@ -70,6 +71,7 @@ class MemoryWindowServer : public WindowServer {
   bool withholdsPictures = false;
   int pictureRequests = 0;
   WindowNumber inUse = kNoWindow;
+  std::optional<std::string> wallpaperUnavailable;
   mutable int listQueries = 0;
   mutable std::vector<WindowNumber> picturesTaken;
   Observers<> displayObservers;
