@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds kInterval{500};
 
 ClearClipboardFormattingController::ClearClipboardFormattingController(TWClearClipboardFormatting& model,
                                                                        SettingsStore& settings,
-                                                                       const Pasteboard& pasteboard,
+                                                                       Pasteboard& pasteboard,
                                                                        RunLoop& runLoop,
                                                                        ClipboardController& history)
     : clearClipboardFormattingModel(model),
@@ -26,7 +26,7 @@ ClearClipboardFormattingController::ClearClipboardFormattingController(TWClearCl
 void ClearClipboardFormattingController::appendSection(Menu& menu, MenuBuild build) {
   const bool isOn = clearClipboardFormattingModel.isAutoClearClipboardFormattingEnabled;
   if (!isOn) {
-    autoClearClipboardFormattingTimer.reset();
+    stopTimer();
   } else if (build == MenuBuild::first) {
     startTimer();
   }
@@ -56,18 +56,25 @@ void ClearClipboardFormattingController::autoClearClipboardFormattingEnabled(con
     clear();
     startTimer();
   } else {
-    autoClearClipboardFormattingTimer.reset();
+    stopTimer();
   }
 }
 
 void ClearClipboardFormattingController::clear() {
-  if (!pasteboard_.hasRichText()) return;
-  if (const auto text = pasteboard_.string()) history_.rewritePasteboard(*text);
+  pasteboard_.readRichText([this](const std::string& plainText) { history_.rewritePasteboard(plainText); });
 }
 
 void ClearClipboardFormattingController::startTimer() {
   if (autoClearClipboardFormattingTimer) return;
-  autoClearClipboardFormattingTimer = runLoop_.repeat(kInterval, [this] { clear(); });
+  wantedTypes_ = pasteboard_.want(Pasteboard::Wants::types);
+  autoClearClipboardFormattingTimer = runLoop_.repeat(kInterval, [this] {
+    if (pasteboard_.hasRichText()) clear();
+  });
+}
+
+void ClearClipboardFormattingController::stopTimer() {
+  autoClearClipboardFormattingTimer.reset();
+  wantedTypes_.reset();
 }
 
 }  // namespace harbor

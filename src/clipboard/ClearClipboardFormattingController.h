@@ -15,8 +15,7 @@ class ClearClipboardFormattingController {
  public:
   // The history is told of each rewrite, so that it records the user's copies and not the rewrites.
   ClearClipboardFormattingController(TWClearClipboardFormatting& model, SettingsStore& settings,
-                                     const Pasteboard& pasteboard, RunLoop& runLoop,
-                                     ClipboardController& history);
+                                     Pasteboard& pasteboard, RunLoop& runLoop, ClipboardController& history);
 
   // The "Clear Clipboard Formatting" section; also brings the timer in line with the model.
   void appendSection(Menu& menu, MenuBuild build);
@@ -31,11 +30,13 @@ class ClearClipboardFormattingController {
  private:
   void clear();
   void startTimer();
+  void stopTimer();
 
   SettingsStore& settings_;
-  const Pasteboard& pasteboard_;
+  Pasteboard& pasteboard_;
   RunLoop& runLoop_;
   ClipboardController& history_;
+  Subscription wantedTypes_;  // held while the automatic mode is on
 };
 
 }  // namespace harbor

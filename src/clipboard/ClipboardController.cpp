@@ -25,15 +25,18 @@ ClipboardController::ClipboardController(TWClipboard& model, SettingsStore& sett
       text_(text),
       bundles_(bundles),
       dialog_(dialog),
-      reloadApps_(std::move(reloadApps)) {}
+      reloadApps_(std::move(reloadApps)),
+      leftOut_(pasteboard.leaveOut([this](const std::optional<RunningApplication>& source) {
+        return source && source->bundleUrl && clipboardModel.isBlacklisted(*source->bundleUrl);
+      })) {}
 
 void ClipboardController::appendSection(Menu& menu, MenuBuild build) {
   const bool isOn = clipboardModel.isClipboardEnabled;
   if (!isOn) {
     stopTimer();
   } else if (build == MenuBuild::first) {
-    lastChangeCount = pasteboard_.changeCount();
     startTimer();
+    lastChangeCount = pasteboard_.changeCount();
   }
 
   Menu rows = historyRows();
@@ -93,18 +96,16 @@ Menu ClipboardController::historyRows() {
 
 void ClipboardController::clipboardEnabled(const MenuItem& sender) {
   const bool enables = sender.state != MenuItem::State::on;
-  // What is on the pasteboard now was copied while nothing was to be recorded, or is a chosen entry.
-  if (enables) {
-    lastChangeCount = pasteboard_.changeCount();
-    didClickClipboard = false;
-  }
   clipboardModel.isClipboardEnabled = enables;
-  settings_.setBool(settings_keys::clipboardEnabled, enables);
   if (enables) {
     startTimer();
+    // What is on the pasteboard now was copied while nothing was to be recorded, or is a chosen entry.
+    lastChangeCount = pasteboard_.changeCount();
+    didClickClipboard = false;
   } else {
     stopTimer();
   }
+  settings_.setBool(settings_keys::clipboardEnabled, enables);
 }
 
 void ClipboardController::clipboardClicked(const SharedText& entry) {
@@ -142,11 +143,13 @@ void ClipboardController::rewritePasteboard(const std::string& text) {
 
 void ClipboardController::startTimer() {
   if (clipboardTimer) return;
+  wantedText_ = pasteboard_.want(Pasteboard::Wants::text);
   clipboardTimer = runLoop_.repeat(kTickInterval, [this] { tick(); });
 }
 
 void ClipboardController::stopTimer() {
   clipboardTimer.reset();
+  wantedText_.reset();
   lastChangeCount = 0;
 }
 

@@ -53,6 +53,7 @@ class ClipboardController {
   Menu historyRows();
 
   std::int64_t clickedChangeCount_ = 0;  // the change by which an entry was put back last
+  Subscription wantedText_;              // held while the tool is on
 
   SettingsStore& settings_;
   Pasteboard& pasteboard_;
@@ -61,6 +62,7 @@ class ClipboardController {
   const ApplicationBundles& bundles_;
   TWDialog& dialog_;
   MenuItem::Action reloadApps_;
+  Subscription leftOut_;  // keeps the pasteboard from requesting what blacklisted applications copy
 };
 
 }  // namespace harbor

@@ -82,6 +82,20 @@ TEST_F(ClearClipboardFormattingTest, AutomaticModeIsStoredAndStopsItsTimerWhenSw
   EXPECT_TRUE(platform.pasteboard.richText);
 }
 
+TEST_F(ClearClipboardFormattingTest, TypesAreWantedExactlyInAutomaticMode) {
+  using Wants = Pasteboard::Wants;
+  clearNow();
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::nothing);
+  switchAutomatic();
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::types);
+  switchHistoryOn();
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::text);
+  switchHistoryOn();
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::types);
+  switchAutomatic();
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::nothing);
+}
+
 TEST_F(ClearClipboardFormattingTest, ASecondSwitchingOnKeepsTheOneTimer) {
   clearFormatting.autoClearClipboardFormattingEnabled(MenuItem());
   clearFormatting.autoClearClipboardFormattingEnabled(MenuItem());

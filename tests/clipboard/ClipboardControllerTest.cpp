@@ -28,6 +28,28 @@ TEST_F(ClipboardFixture, WhileOffTheTimerDoesNotRunAndNothingIsRecorded) {
   EXPECT_EQ(history(), Texts{});
 }
 
+TEST_F(ClipboardFixture, TextIsWantedExactlyWhileTheToolIsOn) {
+  using Wants = Pasteboard::Wants;
+  build(MenuBuild::first);
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::nothing);
+  buildAndChoose({"Clipboard", "Enable"});
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::text);
+  buildAndChoose({"Clipboard", "Enable"});
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::nothing);
+  model.isClipboardEnabled = true;
+  build(MenuBuild::first);
+  EXPECT_EQ(platform.pasteboard.wanted(), Wants::text);
+}
+
+TEST_F(ClipboardFixture, CopiesOfBlacklistedApplicationsAreLeftOutOfThePasteboard) {
+  model.blacklistedApplicationsSorted = {{"/Applications/Vault.app", true}};
+  EXPECT_FALSE(platform.pasteboard.refuses());
+  bringToFront("/Applications/Vault.app");
+  EXPECT_TRUE(platform.pasteboard.refuses());
+  platform.workspace.frontmost.reset();
+  EXPECT_FALSE(platform.pasteboard.refuses());
+}
+
 TEST_F(ClipboardFixture, LeftOnItResumesAtTheFirstBuildWithoutRecordingWhatIsThere) {
   model.isClipboardEnabled = true;
   platform.pasteboard.copy("before");

@@ -30,6 +30,7 @@ class LinuxPasteboardTest : public testing::Test {
 
   MemoryWorkspace workspace;
   LinuxPasteboard pasteboard{workspace, kShort};
+  Subscription wanted = pasteboard.want(Pasteboard::Wants::text);
   SelectionOwner owner;
   LoopGaps gaps;
 };
@@ -146,6 +147,7 @@ TEST_F(LinuxPasteboardTest, WhatIsThereAtTheStartIsReadableButNoChange) {
   owner.offer("UTF8_STRING", "from before").own();
   waitForChange(pasteboard.changeCount());
   LinuxPasteboard later(workspace, kShort);
+  const Subscription wantedOfLater = later.want(Pasteboard::Wants::text);
   const auto before = later.changeCount();
   ASSERT_TRUE(waitUntil([&] { return later.string() == "from before"; }));
   EXPECT_EQ(later.changeCount(), before);
@@ -365,6 +367,161 @@ TEST_F(LinuxPasteboardTest, ClearingAloneGivesTheSelectionUp) {
   runFor(50ms);
   EXPECT_FALSE(owner.isOwner());
   EXPECT_EQ(pasteboard.changeCount(), before);
+}
+
+// A pasteboard of which nobody wants anything yet.
+class LinuxPasteboardWishesTest : public testing::Test {
+ protected:
+  using Wants = Pasteboard::Wants;
+  using Targets = std::vector<std::string>;
+
+  LinuxPasteboardWishesTest() {
+    QGuiApplication::clipboard()->clear();
+    owner.offer("UTF8_STRING", "styled").offer("text/rtf", "{}");
+  }
+
+  void copyWith(SelectionOwner& program) {
+    const auto before = pasteboard.changeCount();
+    program.own();
+    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
+    runFor(30ms);
+  }
+
+  MemoryWorkspace workspace;
+  LinuxPasteboard pasteboard{workspace, kShort};
+  SelectionOwner owner;
+};
+
+TEST_F(LinuxPasteboardWishesTest, AProgramIsAskedForNothingThatNobodyWants) {
+  copyWith(owner);
+  runFor(50ms);
+  EXPECT_EQ(owner.asked, Targets{});
+  EXPECT_EQ(pasteboard.string(), std::nullopt);
+  EXPECT_FALSE(pasteboard.hasRichText());
+}
+
+TEST_F(LinuxPasteboardWishesTest, WhoWantsTheTypesAsksForNoText) {
+  const Subscription wanted = pasteboard.want(Wants::types);
+  copyWith(owner);
+  runFor(50ms);
+  EXPECT_EQ(owner.asked, Targets{"TARGETS"});
+  EXPECT_TRUE(pasteboard.hasRichText());
+  EXPECT_EQ(pasteboard.string(), std::nullopt);
+}
+
+TEST_F(LinuxPasteboardWishesTest, AWishMakesWhatIsThereKnownWithoutAChange) {
+  copyWith(owner);
+  const auto before = pasteboard.changeCount();
+  const Subscription wanted = pasteboard.want(Wants::text);
+  ASSERT_TRUE(waitUntil([&] { return pasteboard.string() == "styled"; }));
+  EXPECT_EQ(pasteboard.changeCount(), before);
+}
+
+TEST_F(LinuxPasteboardWishesTest, WhatNobodyWantsAnyMoreIsDropped) {
+  Subscription types = pasteboard.want(Wants::types);
+  Subscription text = pasteboard.want(Wants::text);
+  copyWith(owner);
+  ASSERT_EQ(pasteboard.string(), "styled");
+  text.reset();
+  EXPECT_EQ(pasteboard.string(), std::nullopt);
+  EXPECT_TRUE(pasteboard.hasRichText());
+  types.reset();
+  EXPECT_FALSE(pasteboard.hasRichText());
+  // It has to be asked for again.
+  const Targets once = owner.asked;
+  text = pasteboard.want(Wants::text);
+  EXPECT_EQ(pasteboard.string(), std::nullopt);
+  ASSERT_TRUE(waitUntil([&] { return pasteboard.string() == "styled"; }));
+  EXPECT_EQ(owner.asked.size(), 2 * once.size());
+}
+
+TEST_F(LinuxPasteboardWishesTest, AnUnfinishedTransferIsDroppedWithTheWish) {
+  owner.offer("UTF8_STRING", "");
+  owner.isIncremental = true;
+  owner.incrementalBytes = 1 << 20;
+  owner.chunkDelay = 20ms;
+  Subscription wanted = pasteboard.want(Wants::text);
+  const auto before = pasteboard.changeCount();
+  owner.own();
+  ASSERT_TRUE(waitUntil([&] { return pasteboard.bufferedBytes() > 0; }));
+  wanted.reset();
+  EXPECT_EQ(pasteboard.bufferedBytes(), 0U);
+  EXPECT_EQ(pasteboard.changeCount(), before + 1);
+  const std::size_t sent = owner.sentBytes;
+  runFor(100ms);
+  EXPECT_LE(owner.sentBytes, sent + owner.chunkBytes);
+}
+
+TEST_F(LinuxPasteboardWishesTest, FormattedTextIsReadForWhoAsksAndNotKept) {
+  for (const Wants wants : {Wants::nothing, Wants::types, Wants::text}) {
+    SelectionOwner program;
+    program.offer("UTF8_STRING", "styled").offer("text/rtf", "{}");
+    const Subscription wanted = pasteboard.want(wants);
+    copyWith(program);
+    const auto before = pasteboard.changeCount();
+    std::string text;
+    pasteboard.readRichText([&](const std::string& plainText) { text = plainText; });
+    ASSERT_TRUE(waitUntil([&] { return !text.empty(); }));
+    EXPECT_EQ(text, "styled");
+    EXPECT_EQ(pasteboard.changeCount(), before);
+    EXPECT_EQ(pasteboard.string().has_value(), wants == Wants::text);
+  }
+}
+
+TEST_F(LinuxPasteboardWishesTest, TextThatIsNotFormattedIsNotReadForWhoAsksForFormattedText) {
+  SelectionOwner program;
+  program.offer("UTF8_STRING", "plain");
+  copyWith(program);
+  bool isCalled = false;
+  pasteboard.readRichText([&](const std::string&) { isCalled = true; });
+  runFor(100ms);
+  EXPECT_FALSE(isCalled);
+  EXPECT_EQ(program.asked, Targets{"TARGETS"});
+}
+
+TEST_F(LinuxPasteboardWishesTest, FormattedTextThatIsOvertakenByAnotherCopyIsNotDelivered) {
+  owner.silentAbout = "UTF8_STRING";
+  copyWith(owner);
+  bool isCalled = false;
+  pasteboard.readRichText([&](const std::string&) { isCalled = true; });
+  ASSERT_TRUE(waitUntil([&] { return owner.asked.size() == 2; }));
+  SelectionOwner next;
+  next.offer("UTF8_STRING", "next").offer("text/rtf", "{}");
+  copyWith(next);
+  runFor(300ms);
+  EXPECT_FALSE(isCalled);
+}
+
+TEST_F(LinuxPasteboardWishesTest, AnOwnerThatKeepsFormattedTextBackIsNotAskedAgain) {
+  owner.silentAbout = "UTF8_STRING";
+  const Subscription wanted = pasteboard.want(Wants::types);
+  copyWith(owner);
+  for (int i = 0; i < 3; ++i) {
+    pasteboard.readRichText([](const std::string&) {});
+    runFor(250ms);
+  }
+  EXPECT_EQ(owner.asked, (Targets{"TARGETS", "TARGETS", "UTF8_STRING"}));
+}
+
+TEST_F(LinuxPasteboardWishesTest, WhatIsLeftOutIsCountedAndNotRequested) {
+  const Subscription wanted = pasteboard.want(Wants::text);
+  const Subscription leftOut = pasteboard.leaveOut(
+      [](const std::optional<RunningApplication>& source) { return source && source->name == "Diary"; });
+  workspace.frontmost->name = "Diary";
+  copyWith(owner);
+  runFor(50ms);
+  EXPECT_EQ(owner.asked, Targets{});
+  EXPECT_EQ(pasteboard.string(), std::nullopt);
+  EXPECT_EQ(pasteboard.sourceApplication()->name, "Diary");
+  // Neither does another wish make it known.
+  const Subscription again = pasteboard.want(Wants::types);
+  runFor(50ms);
+  EXPECT_EQ(owner.asked, Targets{});
+  workspace.frontmost->name = "Notes";
+  SelectionOwner notes;
+  notes.offer("UTF8_STRING", "public");
+  copyWith(notes);
+  EXPECT_EQ(pasteboard.string(), "public");
 }
 
 }  // namespace

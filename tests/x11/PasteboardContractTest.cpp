@@ -26,6 +26,7 @@ struct OnMemory {
 struct OnLinux {
   MemoryWorkspace workspace;
   LinuxPasteboard pasteboard{workspace};
+  Subscription wanted = pasteboard.want(Pasteboard::Wants::text);
   std::unique_ptr<SelectionOwner> program;
 
   void copyWith(const std::function<void(SelectionOwner&)>& offer) {

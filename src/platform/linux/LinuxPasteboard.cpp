@@ -23,7 +23,9 @@ class WrittenText : public QMimeData {
   }
 };
 
-ClipboardContents contentsOf(const QMimeData& data, std::size_t maximumTextBytes) {
+ClipboardContents contentsOf(const QMimeData& data, SelectionReader::Depth depth,
+                             std::size_t maximumTextBytes) {
+  using Depth = SelectionReader::Depth;
   ClipboardTypes types;
   const QStringList formats = data.formats();
   for (const ClipboardTypeName& name : kClipboardTypeNames) {
@@ -31,7 +33,8 @@ ClipboardContents contentsOf(const QMimeData& data, std::size_t maximumTextBytes
       types.add(name.type);
   }
   ClipboardContents contents{types.hasRichText(), types.isConcealed(), std::nullopt};
-  if (!contents.concealed && data.hasText()) {
+  const bool wantsText = depth == Depth::text || (depth == Depth::textOfRichText && contents.richText);
+  if (wantsText && !contents.concealed && data.hasText()) {
     contents.string = textFromUtf8(data.text().toStdString());
     if (contents.string && contents.string->size() > maximumTextBytes) contents.string.reset();
   }
@@ -64,35 +67,83 @@ LinuxPasteboard::LinuxPasteboard(const Workspace& workspace, SelectionLimits lim
   reader_ = std::make_unique<SelectionReader>(*connection_, limits);
   events_ = connection_->onEvent([this](const XcbConnection::Event& event) { handle(event); });
   pause_.setSingleShot(true);
-  QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] {
-    noteSource();
-    startReading();
-  });
+  QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] { startReading(Counting::isChange); });
+  delivery_.setSingleShot(true);
+  QObject::connect(&delivery_, &QTimer::timeout, &delivery_, [this] { deliverRichText(); });
   clearing_.setSingleShot(true);
   QObject::connect(&clearing_, &QTimer::timeout, &clearing_, [this] {
     takeLatest();
-    if (!hasOwner_) QGuiApplication::clipboard()->clear();
+    if (owner_ == XCB_WINDOW_NONE) QGuiApplication::clipboard()->clear();
   });
 
   xcb_xfixes_select_selection_input(connection_->get(), connection_->root(), clipboard_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-  const auto cookie = xcb_get_selection_owner(connection_->get(), clipboard_);
-  const XcbOwned<xcb_get_selection_owner_reply_t> owner(
-      xcb_get_selection_owner_reply(connection_->get(), cookie, nullptr));
-  if (owner && owner->owner != XCB_WINDOW_NONE) {
-    hasOwner_ = true;
-    noteSource();
-    reader_->read(XCB_CURRENT_TIME,
-                  [this](ClipboardContents contents) { settle(std::move(contents), Counting::isNoChange); });
-  }
+  owner_ = clipboardOwner();
+  if (owner_ != XCB_WINDOW_NONE) noteSource();
 }
 
 LinuxPasteboard::~LinuxPasteboard() = default;
 
 void LinuxPasteboard::takeLatest() const {
   if (connection_) connection_->dispatch();
+}
+
+Subscription LinuxPasteboard::want(Wants wants) {
+  return held_.add(wants);
+}
+
+Subscription LinuxPasteboard::leaveOut(Refusal refuses) {
+  refuses_ = std::make_shared<Refusal>(std::move(refuses));
+  return Subscription([held = refuses_] { *held = nullptr; });
+}
+
+std::optional<SelectionReader::Depth> LinuxPasteboard::wantedDepth() const {
+  using Depth = SelectionReader::Depth;
+  if (wants_ == Wants::text) return Depth::text;
+  if (richTextDone_) return Depth::textOfRichText;
+  return wants_ == Wants::types ? std::optional(Depth::types) : std::nullopt;
+}
+
+void LinuxPasteboard::wantsChanged() {
+  const Wants wants = held_.highest();
+  if (!connection_ || wants == wants_) return;
+  if (wants < wants_) {
+    wants_ = wants;
+    dropUnwanted();
+    return;
+  }
+  // A copy that came before the wish must not be seen as one that came after it: the answer arrives behind
+  // the events of all earlier changes.
+  clipboardOwner();
+  takeLatest();
+  wants_ = wants;
+  if (owner_ == XCB_WINDOW_NONE || leftOut_ || isLeftOut()) return;
+  pause_.stop();
+  if (isOwnProcess(owner_)) {
+    readOwnProcess(Counting::isNoChange);
+  } else {
+    startReading(Counting::isNoChange);
+  }
+}
+
+// Ends what is read, and drops what is held, beyond what is wanted now.
+void LinuxPasteboard::dropUnwanted() {
+  const auto depth = wantedDepth();
+  if (reader_->isReading()) {
+    if (depth) {
+      reader_->setDepth(*depth);
+    } else {
+      reader_->cancel();
+      settle({}, readingCounting_);
+    }
+  }
+  if (depth == SelectionReader::Depth::text || richTextDone_) return;
+  if (!depth) contents_ = {};
+  // What was asked for in vain is not asked for again.
+  if (!depth || contents_.string) readDepth_ = depth;
+  contents_.string.reset();
 }
 
 std::int64_t LinuxPasteboard::changeCount() const {
@@ -106,12 +157,40 @@ bool LinuxPasteboard::hasRichText() const {
   return contents_.richText;
 }
 
+void LinuxPasteboard::readRichText(std::function<void(const std::string& plainText)> done) {
+  if (!connection_) return;
+  takeLatest();
+  if (owner_ == XCB_WINDOW_NONE || contents_.concealed) return;
+  const bool isKnown = readDepth_ && (!contents_.richText || *readDepth_ != SelectionReader::Depth::types);
+  if (isKnown && !pause_.isActive()) {
+    if (contents_.richText && contents_.string) done(std::string(*contents_.string));
+    return;
+  }
+  richTextDone_ = std::move(done);
+  if (pause_.isActive()) return;
+  if (reader_->isReading()) {
+    reader_->setDepth(*wantedDepth());
+  } else if (isOwnProcess(owner_)) {
+    readOwnProcess(Counting::isNoChange);
+  } else {
+    startReading(Counting::isNoChange);
+  }
+}
+
+void LinuxPasteboard::deliverRichText() {
+  // Whoever gets the text writes it over what is there: a copy that has come since must be noticed.
+  takeLatest();
+  const auto done = std::exchange(richTextDone_, nullptr);
+  if (done && contents_.richText && contents_.string) done(std::string(*contents_.string));
+  dropUnwanted();
+}
+
 bool LinuxPasteboard::isConcealed() const {
   return contents_.concealed;
 }
 
 std::optional<std::string> LinuxPasteboard::string() const {
-  return contents_.string;
+  return wants_ == Wants::text ? contents_.string : std::nullopt;
 }
 
 std::optional<RunningApplication> LinuxPasteboard::sourceApplication() const {
@@ -122,8 +201,10 @@ void LinuxPasteboard::clearContents() {
   if (!connection_) return;
   reader_->cancel();
   pause_.stop();
+  richTextDone_ = nullptr;
   noteSource();
-  hasOwner_ = false;
+  owner_ = XCB_WINDOW_NONE;
+  leftOut_.reset();
   settle({}, Counting::isChange);
   // Not before the caller is done: a text that follows is then one change for everybody, and no program that
   // restores a clipboard that was cleared gets in between.
@@ -135,18 +216,20 @@ void LinuxPasteboard::setString(std::string_view text) {
   reader_->cancel();
   pause_.stop();
   clearing_.stop();
+  richTextDone_ = nullptr;
   noteSource();
+  leftOut_.reset();
   settle({false, false, textFromUtf8(std::string(text))}, Counting::isChange);
-  hasOwner_ = true;
+  readDepth_ = SelectionReader::Depth::text;
+  dropUnwanted();
   QGuiApplication::clipboard()->setMimeData(new WrittenText(text));
   // The answer comes behind the events of all changes up to the write, so that those are handled now, as
   // overtaken by it.
-  const auto cookie = xcb_get_selection_owner(connection_->get(), clipboard_);
-  const XcbOwned<xcb_get_selection_owner_reply_t> owner(
-      xcb_get_selection_owner_reply(connection_->get(), cookie, nullptr));
+  const xcb_window_t owner = clipboardOwner();
+  owner_ = owner;
   takeLatest();
   // The server refuses a write that is older than the newest copy.
-  if (owner && !isOwnProcess(owner->owner)) ownerChanged(owner->owner, XCB_CURRENT_TIME);
+  if (owner != XCB_WINDOW_NONE && !isOwnProcess(owner)) ownerChanged(owner, XCB_CURRENT_TIME);
 }
 
 void LinuxPasteboard::handle(const XcbConnection::Event& event) {
@@ -155,39 +238,54 @@ void LinuxPasteboard::handle(const XcbConnection::Event& event) {
   if (notify.selection == clipboard_) ownerChanged(notify.owner, notify.selection_timestamp);
 }
 
-void LinuxPasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
+void LinuxPasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t ownedSince) {
   reader_->cancel();
+  richTextDone_ = nullptr;
+  const xcb_window_t before = std::exchange(owner_, owner);
   if (owner == XCB_WINDOW_NONE) {
     pause_.stop();
     noteSource();
-    settle({}, std::exchange(hasOwner_, false) ? Counting::isChange : Counting::isNoChange);
+    settle({}, before == XCB_WINDOW_NONE ? Counting::isNoChange : Counting::isChange);
     return;
   }
-  hasOwner_ = true;
   if (isOwnProcess(owner)) {
     pause_.stop();
-    readOwnProcess();
+    readOwnProcess(Counting::isChange);
     return;
   }
   // What is there now is not known yet; what was there before must not be taken for it.
   contents_ = {};
-  ownedSince_ = time;
+  readDepth_.reset();
+  ownedSince_ = ownedSince;
+  // Looking for the application in front costs too much for one program's flood of changes.
+  if (!pause_.isActive() || !isSameClient(owner, before)) {
+    noteSource();
+    leftOut_ = isLeftOut() ? std::optional(LeftOut{source_}) : std::nullopt;
+  }
   if (pause_.isActive()) return;
   if (std::chrono::steady_clock::now() - lastRead_ < kPause) {
     pause_.start(kPause);
     return;
   }
-  noteSource();
-  startReading();
+  startReading(Counting::isChange);
 }
 
-void LinuxPasteboard::startReading() {
+void LinuxPasteboard::startReading(Counting counting) {
   lastRead_ = std::chrono::steady_clock::now();
-  reader_->read(ownedSince_,
-                [this](ClipboardContents contents) { settle(std::move(contents), Counting::isChange); });
+  // What is left out is read only for a user who asks for it.
+  const auto depth = leftOut_ && !richTextDone_ ? std::nullopt : wantedDepth();
+  if (!depth) {
+    settle({}, counting);
+    return;
+  }
+  readingCounting_ = counting;
+  reader_->read(ownedSince_, *depth, [this](ClipboardContents contents) {
+    readDepth_ = wantedDepth();
+    settle(std::move(contents), readingCounting_);
+  });
 }
 
-void LinuxPasteboard::readOwnProcess() {
+void LinuxPasteboard::readOwnProcess(Counting counting) {
   const QClipboard* clipboard = QGuiApplication::clipboard();
   // Not the owner any more: the event that says who is follows.
   const QMimeData* data = clipboard->ownsClipboard() ? clipboard->mimeData() : nullptr;
@@ -195,19 +293,42 @@ void LinuxPasteboard::readOwnProcess() {
     contents_ = {};
     return;
   }
-  ClipboardContents contents = contentsOf(*data, maximumTextBytes_);
   const bool isCounted = dynamic_cast<const WrittenText*>(data) != nullptr;
-  if (!isCounted) noteSource();
-  settle(std::move(contents), isCounted ? Counting::isNoChange : Counting::isChange);
+  if (!isCounted && counting == Counting::isChange) {
+    noteSource();
+    leftOut_.reset();
+  }
+  const auto depth = wantedDepth();
+  readDepth_ = depth;
+  settle(depth ? contentsOf(*data, *depth, maximumTextBytes_) : ClipboardContents(),
+         isCounted ? Counting::isNoChange : counting);
 }
 
 void LinuxPasteboard::settle(ClipboardContents contents, Counting counting) {
   contents_ = std::move(contents);
+  if (contents_.concealed && !leftOut_) leftOut_ = LeftOut{source_, true};
   if (counting == Counting::isChange) ++changeCount_;
+  if (richTextDone_) delivery_.start(0);
 }
 
 void LinuxPasteboard::noteSource() {
   source_ = workspace_.frontmostApplication();
+}
+
+bool LinuxPasteboard::isLeftOut() const {
+  return refuses_ && *refuses_ && (*refuses_)(source_);
+}
+
+xcb_window_t LinuxPasteboard::clipboardOwner() const {
+  const auto cookie = xcb_get_selection_owner(connection_->get(), clipboard_);
+  const XcbOwned<xcb_get_selection_owner_reply_t> owner(
+      xcb_get_selection_owner_reply(connection_->get(), cookie, nullptr));
+  return owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+// The server gives each of its clients a range of identifiers of the same size.
+bool LinuxPasteboard::isSameClient(xcb_window_t one, xcb_window_t other) const {
+  return (one & ~ownWindowMask_) == (other & ~ownWindowMask_);
 }
 
 bool LinuxPasteboard::isOwnProcess(xcb_window_t window) const {

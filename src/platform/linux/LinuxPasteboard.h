@@ -1,12 +1,13 @@
-// The CLIPBOARD selection of X11 (never PRIMARY). Each change is read once, in the event loop, and what it
-// gave is what the questions below are answered from. Without an X server the pasteboard is empty and stays
-// so.
+// The CLIPBOARD selection of X11 (never PRIMARY). Each change is read once, in the event loop, as far as
+// somebody wants to know it, and what it gave is what the questions below are answered from. Without an X
+// server the pasteboard is empty and stays so.
 #pragma once
 
 #include <QTimer>
 #include <chrono>
 #include <memory>
 
+#include "platform/HeldWants.h"
 #include "platform/Pasteboard.h"
 #include "platform/linux/SelectionReader.h"
 #include "platform/linux/XcbConnection.h"
@@ -15,13 +16,16 @@ namespace harbor {
 
 class LinuxPasteboard : public Pasteboard {
  public:
-  // Needs the Qt application. What is on the clipboard already is read but is no change.
+  // Needs the Qt application. What is on the clipboard already is no change.
   explicit LinuxPasteboard(const Workspace& workspace, SelectionLimits limits = {});
   ~LinuxPasteboard() override;
 
-  // Goes up when a change has been read to its end, or given up: own writes at once.
+  Subscription want(Wants wants) override;
+  Subscription leaveOut(Refusal refuses) override;
+  // Goes up when a change has been read as far as it is wanted, or given up: own writes at once.
   std::int64_t changeCount() const override;
   bool hasRichText() const override;
+  void readRichText(std::function<void(const std::string& plainText)> done) override;
   bool isConcealed() const override;
   std::optional<std::string> string() const override;
   std::optional<RunningApplication> sourceApplication() const override;
@@ -34,13 +38,26 @@ class LinuxPasteboard : public Pasteboard {
  private:
   enum class Counting { isChange, isNoChange };
 
+  // Why the present contents are left out.
+  struct LeftOut {
+    std::optional<RunningApplication> source;
+    bool isConcealed = false;
+  };
+
   void handle(const XcbConnection::Event& event);
-  void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
-  void startReading();
-  void readOwnProcess();
+  void ownerChanged(xcb_window_t owner, xcb_timestamp_t ownedSince);
+  void startReading(Counting counting);
+  void readOwnProcess(Counting counting);
   void settle(ClipboardContents contents, Counting counting);
+  void wantsChanged();
+  std::optional<SelectionReader::Depth> wantedDepth() const;
+  void dropUnwanted();
+  void deliverRichText();
   void noteSource();
+  bool isLeftOut() const;
   bool isOwnProcess(xcb_window_t window) const;
+  bool isSameClient(xcb_window_t one, xcb_window_t other) const;
+  xcb_window_t clipboardOwner() const;
   void takeLatest() const;
 
   const Workspace& workspace_;
@@ -55,9 +72,18 @@ class LinuxPasteboard : public Pasteboard {
   std::uint32_t ownWindowBase_ = 0;  // the windows that the toolkit makes in this process
   std::uint32_t ownWindowMask_ = 0;
 
+  HeldWants held_{[this] { wantsChanged(); }};
+  Wants wants_ = Wants::nothing;
+  std::shared_ptr<Refusal> refuses_;
+
   std::int64_t changeCount_ = 1;
-  bool hasOwner_ = false;
+  xcb_window_t owner_ = XCB_WINDOW_NONE;
   ClipboardContents contents_;
+  std::optional<SelectionReader::Depth> readDepth_;  // how far the present contents have been read
+  Counting readingCounting_ = Counting::isNoChange;  // of the reading under way
+  std::optional<LeftOut> leftOut_;
+  std::function<void(const std::string&)> richTextDone_;
+  QTimer delivery_;  // of the text that richTextDone_ waits for
   std::optional<RunningApplication> source_;
   xcb_timestamp_t ownedSince_ = XCB_CURRENT_TIME;
   std::chrono::steady_clock::time_point lastRead_;

@@ -64,13 +64,23 @@ SelectionReader::~SelectionReader() {
   destroyRetired(true);
 }
 
-void SelectionReader::read(xcb_timestamp_t time, Settled settled) {
+void SelectionReader::read(xcb_timestamp_t time, Depth depth, Settled settled) {
   cancel();
   time_ = time;
+  depth_ = depth;
   settled_ = std::move(settled);
   deadline_ = std::chrono::steady_clock::now() + limits_.whole;
   makeWindow();
   ask(Step::types, targets_);
+}
+
+void SelectionReader::setDepth(Depth depth) {
+  depth_ = depth;
+  if (step_ == Step::text && !wantsText()) settle();
+}
+
+bool SelectionReader::wantsText() const {
+  return depth_ == Depth::text || (depth_ == Depth::textOfRichText && contents_.richText);
 }
 
 void SelectionReader::cancel() {
@@ -254,7 +264,7 @@ void SelectionReader::finishTypes(const std::vector<std::uint32_t>& targets) {
 }
 
 void SelectionReader::askForNextText() {
-  if (textTargets_.empty()) {
+  if (textTargets_.empty() || !wantsText()) {
     settle();
     return;
   }

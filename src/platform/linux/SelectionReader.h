@@ -1,6 +1,7 @@
 // Reads the CLIPBOARD selection of another program step by step in the event loop: first its types, then,
 // when they allow it, its plain text. Nothing waits for the owner, whatever it does: each answer has a time
-// limit, the whole has one, and no more than the limit of bytes is taken.
+// limit, the whole has one, and no more than the limit of bytes is taken. What is not wanted is not asked
+// for.
 #pragma once
 
 #include <QTimer>
@@ -33,6 +34,12 @@ std::optional<std::string> textFromUtf8(std::string bytes);
 
 class SelectionReader {
  public:
+  // How far a reading goes, each level including those before it.
+  enum class Depth {
+    types,
+    textOfRichText,  // the text too where the types say that it is formatted
+    text,
+  };
   using Settled = std::function<void(ClipboardContents)>;
 
   SelectionReader(XcbConnection& connection, SelectionLimits limits);
@@ -42,9 +49,14 @@ class SelectionReader {
 
   // Abandons what is under way and asks the present owner. `time` is that of the ownership. `settled` comes
   // once, from the event loop; what could not be had by then is absent.
-  void read(xcb_timestamp_t time, Settled settled);
+  void read(xcb_timestamp_t time, Depth depth, Settled settled);
+  // Changes how far the reading under way goes. One that has come further than that settles at once, with the
+  // types alone.
+  void setDepth(Depth depth);
   // Abandons what is under way; `settled` does not come.
   void cancel();
+
+  bool isReading() const { return step_ != Step::idle; }
 
   // What is held of an unfinished transfer.
   std::size_t bufferedBytes() const { return bytes_.size(); }
@@ -69,6 +81,7 @@ class SelectionReader {
   void finishStep(xcb_atom_t type, std::uint8_t format);
   void stepFailed();
   void finishTypes(const std::vector<std::uint32_t>& targets);
+  bool wantsText() const;
   void askForNextText();
   void finishText(xcb_atom_t type, std::uint8_t format);
   void settle();
@@ -88,6 +101,7 @@ class SelectionReader {
   xcb_atom_t compoundText_ = XCB_ATOM_NONE;
 
   Step step_ = Step::idle;
+  Depth depth_ = Depth::text;
   std::uint64_t reading_ = 0;  // the number of the read under way: answers to earlier ones are ignored
   xcb_timestamp_t time_ = XCB_CURRENT_TIME;
   std::chrono::steady_clock::time_point deadline_;

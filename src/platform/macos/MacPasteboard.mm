@@ -13,6 +13,11 @@ bool MacPasteboard::hasRichText() const {
          [NSPasteboardTypeRTF isEqual:[pasteboard_ availableTypeFromArray:@[ NSPasteboardTypeRTF ]]];
 }
 
+void MacPasteboard::readRichText(std::function<void(const std::string& plainText)> done) {
+  if (!hasRichText()) return;
+  if (const auto plainText = string()) done(*plainText);
+}
+
 // The marks that password managers and other programs agree on.
 bool MacPasteboard::isConcealed() const {
   return [pasteboard_ availableTypeFromArray:@[

@@ -1,9 +1,11 @@
-// A pasteboard that a test, as another program, copies to.
+// A pasteboard that a test, as another program, copies to. Contents need not be requested from anybody, so
+// they can be read whatever is wanted.
 #pragma once
 
+#include <memory>
 #include <string>
 
-#include "platform/Pasteboard.h"
+#include "platform/HeldWants.h"
 
 namespace harbor {
 
@@ -14,6 +16,15 @@ class MemoryPasteboard : public Pasteboard {
   std::int64_t changeCount() const override {
     ++changeCountQueries;
     return count;
+  }
+  Subscription want(Wants wants) override { return held_.add(wants); }
+  Subscription leaveOut(Refusal refuses) override {
+    refusal = std::make_shared<Refusal>(std::move(refuses));
+    return Subscription([held = refusal] { *held = nullptr; });
+  }
+  void readRichText(std::function<void(const std::string& plainText)> done) override {
+    if (!hasRichText()) return;
+    if (const auto plainText = string()) done(*plainText);
   }
   bool hasRichText() const override { return richText && !concealed; }
   bool isConcealed() const override { return concealed; }
@@ -29,6 +40,10 @@ class MemoryPasteboard : public Pasteboard {
     put(std::string(newText));
     ++ownWrites;
   }
+
+  Wants wanted() const { return held_.highest(); }
+  // Whether a copy that came now would be left out.
+  bool refuses() const { return refusal && *refusal && (*refusal)(sourceApplication()); }
 
   // Copies as another program would.
   void copy(std::string newText) { put(std::move(newText)); }
@@ -46,6 +61,7 @@ class MemoryPasteboard : public Pasteboard {
   std::optional<std::string> text;
   bool richText = false;
   bool concealed = false;
+  std::shared_ptr<Refusal> refusal;
   int ownWrites = 0;
   mutable int changeCountQueries = 0;
   mutable int stringReads = 0;
@@ -59,6 +75,7 @@ class MemoryPasteboard : public Pasteboard {
   }
 
   const Workspace& workspace_;
+  HeldWants held_{[] {}};
 };
 
 }  // namespace harbor
