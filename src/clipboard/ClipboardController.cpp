@@ -112,7 +112,6 @@ void ClipboardController::clipboardClicked(const SharedText& entry) {
   if (clipboardTimer) tick();
   didClickClipboard = true;
   pasteboard_.setString(entry.string());
-  clickedChangeCount_ = pasteboard_.changeCount();
 }
 
 void ClipboardController::clipboardClearAll(const MenuItem&) {
@@ -158,16 +157,12 @@ void ClipboardController::tick() {
   if (changeCount == lastChangeCount) return;
   lastChangeCount = changeCount;
 
-  // Whatever application is in front: otherwise the mark would stay and cost the user the next copy.
-  if (didClickClipboard && changeCount == clickedChangeCount_) {
-    didClickClipboard = false;
-    return;
-  }
+  // Whatever application is in front: otherwise the mark would stay and cost the user a later copy.
+  if (std::exchange(didClickClipboard, false)) return;
 
   const auto source = pasteboard_.sourceApplication();
   if (!source || !source->bundleUrl) return;
   if (clipboardModel.isBlacklisted(*source->bundleUrl)) return;
-  if (std::exchange(didClickClipboard, false)) return;
   if (pasteboard_.isConcealed()) return;
   if (const auto text = pasteboard_.string()) clipboardModel.addEntry(*text);
 }

@@ -52,8 +52,7 @@ class ClipboardController {
   MenuItem blacklistSubmenu();
   Menu historyRows();
 
-  std::int64_t clickedChangeCount_ = 0;  // the change by which an entry was put back last
-  Subscription wantedText_;              // held while the tool is on
+  Subscription wantedText_;  // held while the tool is on
 
   SettingsStore& settings_;
   Pasteboard& pasteboard_;

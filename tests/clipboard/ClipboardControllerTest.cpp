@@ -256,6 +256,24 @@ TEST_F(ClipboardControllerTest, TheFirstChangeSeenAfterAnEntryWasPutBackIsNotRec
   EXPECT_EQ(history(), (Texts{"B", "A"}));
 }
 
+TEST_F(ClipboardControllerTest, AnEntryThatAKeeperTakesOverInABlacklistedApplicationCostsNoLaterCopy) {
+  copyAndWait("A");
+  model.blacklistedApplicationsSorted = {{"/Applications/Vault.app", true}};
+  for (const bool isKnown : {true, false}) {
+    if (isKnown) {
+      bringToFront("/Applications/Vault.app");
+    } else {
+      platform.workspace.frontmost.reset();
+    }
+    repaste("A");
+    copyAndWait("A");
+    EXPECT_FALSE(clipboard.didClickClipboard);
+    bringToFront("/Applications/Editor.app");
+    copyAndWait(isKnown ? "B" : "C");
+  }
+  EXPECT_EQ(history(), (Texts{"C", "B", "A"}));
+}
+
 TEST_F(ClipboardControllerTest, AnEntryPutBackRightBeforeSwitchingOffCostsNoLaterCopy) {
   copyAndWait("A");
   repaste("A");
