@@ -33,6 +33,17 @@ void SelectionOwner::die() {
   connection_.reset();
 }
 
+void SelectionOwner::ownAlso(const std::string& selection) {
+  xcb_set_selection_owner(connection_->get(), window_, connection_->atom(selection), XCB_CURRENT_TIME);
+  xcb_flush(connection_->get());
+}
+
+void SelectionOwner::activate() {
+  xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, connection_->root(),
+                      connection_->atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1, &window_);
+  xcb_flush(connection_->get());
+}
+
 bool SelectionOwner::isOwner() const {
   const XcbOwned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
       connection_->get(), xcb_get_selection_owner(connection_->get(), selection_), nullptr));

@@ -29,6 +29,10 @@ class SelectionOwner {
   // Ends the connection, as a program that is killed.
   void die();
   bool isOwner() const;
+  // Owns another selection as well, as a clipboard manager does with CLIPBOARD_MANAGER.
+  void ownAlso(const std::string& selection);
+  // Has the window manager, which there is none of, name the program's window as the active one.
+  void activate();
 
   SelectionOwner& offer(const std::string& target, std::string bytes, std::string type = {}) {
     answers[target] = {std::move(type), std::move(bytes)};

@@ -16,6 +16,12 @@ constexpr std::size_t kTypesBytes = 256 << 10;  // 65,536 types
 constexpr auto kRetirement = 60s;
 constexpr std::size_t kMaximumRetired = 16;
 
+// Toolkits of old send the byte that ends a text in memory along with it.
+std::string withoutTerminator(std::string bytes) {
+  if (bytes.ends_with('\0')) bytes.pop_back();
+  return bytes;
+}
+
 std::optional<std::string> textFromLatin1(const std::string& bytes) {
   std::string text;
   text.reserve(bytes.size());
@@ -164,9 +170,14 @@ void SelectionReader::handle(const XcbConnection::Event& event) {
   }
 }
 
+// A text may be followed by a terminator.
+std::size_t SelectionReader::byteLimit() const {
+  return step_ == Step::types ? kTypesBytes : limits_.textBytes + 1;
+}
+
 void SelectionReader::fetch() {
   isFetching_ = true;
-  const std::size_t limit = step_ == Step::types ? kTypesBytes : limits_.textBytes;
+  const std::size_t limit = byteLimit();
   const std::size_t wanted = (limit - std::min(limit, bytes_.size())) / 4 + 1;
   // A chunk is deleted as it is read, which asks for the next one. The first answer is not: its deletion
   // would start a transfer that may already be known to be too long.
@@ -197,7 +208,7 @@ void SelectionReader::received(std::optional<XProperty> property) {
 
 void SelectionReader::continueTransfer(const XProperty& first) {
   const auto announced = first.words();
-  if (!announced.empty() && announced.front() > limits_.textBytes) {
+  if (!announced.empty() && announced.front() > byteLimit()) {
     settle();
     return;
   }
@@ -222,8 +233,7 @@ void SelectionReader::appendChunk(std::optional<XProperty> chunk) {
   chunkType_ = chunk->type;
   chunkFormat_ = chunk->format;
   bytes_ += chunk->bytes;
-  const std::size_t limit = step_ == Step::types ? kTypesBytes : limits_.textBytes;
-  if (bytes_.size() > limit || chunk->bytesAfter > 0) {
+  if (bytes_.size() > byteLimit() || chunk->bytesAfter > 0) {
     settle();
     return;
   }
@@ -281,9 +291,13 @@ void SelectionReader::finishText(xcb_atom_t type, std::uint8_t format) {
     return;
   }
   const bool isLatin1 = type == XCB_ATOM_STRING && textType_ != ClipboardType::text;
-  std::string bytes = std::exchange(bytes_, {});
-  contents_.string = isLatin1 ? textFromLatin1(bytes) : textFromUtf8(std::move(bytes));
-  if (contents_.string && contents_.string->size() > limits_.textBytes) contents_.string.reset();
+  std::string bytes = withoutTerminator(std::exchange(bytes_, {}));
+  auto text = isLatin1 ? textFromLatin1(bytes) : textFromUtf8(std::move(bytes));
+  if (!text) {
+    askForNextText();
+    return;
+  }
+  if (text->size() <= limits_.textBytes) contents_.string = std::move(text);
   settle();
 }
 

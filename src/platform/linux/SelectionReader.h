@@ -74,6 +74,7 @@ class SelectionReader {
 
   void handle(const XcbConnection::Event& event);
   void ask(Step step, xcb_atom_t target);
+  std::size_t byteLimit() const;
   void fetch();
   void received(std::optional<XProperty> property);
   void continueTransfer(const XProperty& first);
