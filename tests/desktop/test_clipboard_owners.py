@@ -1,6 +1,7 @@
 """What the program asks of those that own the clipboard, and what it records when they end or are followed."""
 
 import plistlib
+import time
 
 from case import QUIET, RECORDING, DesktopCase, let_ticks_pass, wait_for
 from program import read_clipboard
@@ -72,3 +73,66 @@ class Unwanted(OwnersCase):
         self.assertNotEqual(self.menu_entry("Clipboard", "kept").icon, dot)
         let_ticks_pass()
         self.assertEqual(notes.requests(), [])
+
+
+class LeftOut(OwnersCase):
+    """What an ignored application copied does not come in through those that keep the clipboard when it ends."""
+
+    desktop_options = {"compositor": False}
+
+    def copy_in_diary(self, text):
+        diary = self.notes("Diary")
+        diary.copy(text)
+        let_ticks_pass()
+        return diary
+
+    def prepare(self):
+        self.leave_out(self.notes("Diary"))
+
+    def is_kept_out(self, text):
+        wait_for("the text to be kept", lambda: read_clipboard(self.desktop) == text)
+        let_ticks_pass()
+        self.assertEqual(self.tray.history(), [])
+        self.assertNotIn(text, self.menu_entry("Clipboard").labels())
+
+    def test_copy_stays_out_when_the_clipboard_manager_takes_it_over(self):
+        self.desktop.spawn("xfce4-clipman")
+        wait_for("the manager", lambda: self.screen.selection_owner("CLIPBOARD_MANAGER"))
+        self.prepare()
+        diary = self.copy_in_diary("dear diary")
+        self.notes("Notes")
+        self.assertTrue(diary.store())
+        wait_for("the manager to take over", lambda: not diary.owns_clipboard())
+        self.is_kept_out("dear diary")
+        diary.kill()
+        diary = self.copy_in_diary("dear diary again")
+        diary.kill()
+        self.is_kept_out("dear diary again")
+        self.copy_and_record(self.notes("Notes"), "shopping list")
+
+    def test_copy_stays_out_when_a_manager_restores_it(self):
+        folder = self.desktop.config / "parcellite"
+        folder.mkdir()
+        (folder / "parcelliterc").write_text("[rc]\nuse_copy=true\nuse_primary=false\nrestore_empty=true\n")
+        self.desktop.spawn("parcellite")
+        self.prepare()
+        notes = self.notes("Notes")
+        diary = self.copy_in_diary("dear diary")
+        wait_for("the manager to look", diary.requests)
+        diary.kill()
+        self.is_kept_out("dear diary")
+        notes.activate()
+        self.copy_and_record(notes, "shopping list")
+
+    def test_copy_costs_no_later_one(self):
+        self.prepare()
+        notes = self.notes("Notes")
+        self.copy_in_diary("dear diary").kill()
+        time.sleep(0.2)
+        notes.activate()
+        self.copy_and_record(notes, "shopping list")
+        self.copy_in_diary("dear diary").kill()
+        notes.activate()
+        time.sleep(10)
+        self.desktop.run("sh", "-c", "printf terminal | xclip -selection clipboard >/dev/null")
+        self.tray.wait_for_history("terminal", "shopping list")

@@ -569,5 +569,145 @@ TEST_F(LinuxPasteboardWishesTest, WhatIsLeftOutIsCountedAndNotRequested) {
   EXPECT_EQ(pasteboard.string(), "public");
 }
 
+// Copies of Diary are left out; what follows them is seen with Notes in front.
+class LeftOutCopyTest : public LinuxPasteboardWishesTest {
+ protected:
+  ~LeftOutCopyTest() override {
+    // A manager that stays would be one to the next test as well.
+    for (const auto& program : programs)
+      program->die();
+  }
+
+  SelectionOwner& program(const std::string& text) {
+    programs.push_back(std::make_unique<SelectionOwner>());
+    programs.back()->offer("UTF8_STRING", text);
+    return *programs.back();
+  }
+  SelectionOwner& copyInDiary() {
+    workspace.frontmost->name = "Diary";
+    SelectionOwner& diary = program("dear diary");
+    diary.activate();
+    copyWith(diary);
+    workspace.frontmost->name = "Notes";
+    return diary;
+  }
+  void end(SelectionOwner& ending) {
+    const auto before = pasteboard.changeCount();
+    ending.die();
+    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
+  }
+  // What the history would make of the copy.
+  std::optional<std::string> recorded() const {
+    const auto source = pasteboard.sourceApplication();
+    if (!source || source->name == "Diary" || pasteboard.isConcealed()) return std::nullopt;
+    return pasteboard.string();
+  }
+
+  Subscription wanted = pasteboard.want(Wants::text);
+  Subscription leftOut = pasteboard.leaveOut(
+      [](const std::optional<RunningApplication>& source) { return source && source->name == "Diary"; });
+  std::vector<std::unique_ptr<SelectionOwner>> programs;
+};
+
+TEST_F(LeftOutCopyTest, IsNotRecordedWhenTheClipboardManagerTakesItOver) {
+  SelectionOwner& manager = program("dear diary");
+  manager.ownAlso("CLIPBOARD_MANAGER");
+  SelectionOwner& diary = copyInDiary();
+  copyWith(manager);
+  EXPECT_EQ(recorded(), std::nullopt);
+  EXPECT_EQ(manager.asked, Targets{});
+  // Neither when it does so again, long after the program has ended.
+  diary.die();
+  runFor(1100ms);
+  copyWith(manager);
+  EXPECT_EQ(recorded(), std::nullopt);
+}
+
+TEST_F(LeftOutCopyTest, IsNotRecordedWhenItIsRestoredAfterItsProgramHasEnded) {
+  SelectionOwner& restoring = program("dear diary");
+  end(copyInDiary());
+  copyWith(restoring);
+  EXPECT_EQ(recorded(), std::nullopt);
+  EXPECT_EQ(restoring.asked, Targets{});
+  copyWith(restoring);
+  EXPECT_EQ(recorded(), std::nullopt);
+}
+
+TEST_F(LeftOutCopyTest, IsNotRecordedWhenItsProgramHasGivenItUpByItself) {
+  SelectionOwner& diary = copyInDiary();
+  const auto before = pasteboard.changeCount();
+  diary.disown();
+  ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
+  copyWith(program("dear diary"));
+  EXPECT_EQ(recorded(), std::nullopt);
+}
+
+TEST_F(LeftOutCopyTest, IsNotRecordedInItsPlainFormEither) {
+  SelectionOwner& manager = program("dear diary");
+  manager.ownAlso("CLIPBOARD_MANAGER");
+  copyInDiary().offer("text/rtf", "{}");
+  pasteboard.readRichText([this](const std::string& text) { pasteboard.setString(text); });
+  ASSERT_TRUE(waitUntil([] { return QGuiApplication::clipboard()->ownsClipboard(); }));
+  copyWith(manager);
+  EXPECT_EQ(recorded(), std::nullopt);
+}
+
+TEST_F(LeftOutCopyTest, IsStillLeftOutWhenItsApplicationIsIgnoredOnlySince) {
+  leftOut.reset();
+  SelectionOwner& manager = program("dear diary");
+  manager.ownAlso("CLIPBOARD_MANAGER");
+  copyInDiary();
+  EXPECT_EQ(pasteboard.string(), "dear diary");
+  leftOut = pasteboard.leaveOut(
+      [](const std::optional<RunningApplication>& source) { return source && source->name == "Diary"; });
+  copyWith(manager);
+  EXPECT_EQ(recorded(), std::nullopt);
+}
+
+TEST_F(LeftOutCopyTest, ASecretStaysOneWhenItsMarkIsLeftOut) {
+  SelectionOwner& manager = program("hunter2");
+  manager.ownAlso("CLIPBOARD_MANAGER");
+  SelectionOwner& vault = program("hunter2").offer("x-kde-passwordManagerHint", "secret");
+  copyWith(vault);
+  ASSERT_TRUE(pasteboard.isConcealed());
+  copyWith(manager);
+  EXPECT_TRUE(pasteboard.isConcealed());
+  EXPECT_EQ(manager.asked, Targets{});
+}
+
+TEST_F(LeftOutCopyTest, ACopyInTheActiveWindowIsRecordedHoweverSoonAfterIt) {
+  end(copyInDiary());
+  SelectionOwner& notes = program("shopping list");
+  notes.activate();
+  copyWith(notes);
+  EXPECT_EQ(recorded(), "shopping list");
+}
+
+TEST_F(LeftOutCopyTest, ALaterCopyWithoutAWindowIsRecorded) {
+  end(copyInDiary());
+  runFor(1100ms);
+  copyWith(program("from a terminal"));
+  EXPECT_EQ(recorded(), "from a terminal");
+}
+
+TEST_F(LeftOutCopyTest, OnlyTheFirstOwnerAfterItsProgramHasTakenItOver) {
+  SelectionOwner& restoring = program("dear diary");
+  end(copyInDiary());
+  copyWith(restoring);
+  copyWith(program("from a terminal"));
+  EXPECT_EQ(recorded(), "from a terminal");
+}
+
+TEST_F(LeftOutCopyTest, WhatTheManagerTakesOverAfterAnotherCopyIsRecorded) {
+  SelectionOwner& manager = program("picked");
+  manager.ownAlso("CLIPBOARD_MANAGER");
+  end(copyInDiary());
+  SelectionOwner& notes = program("shopping list");
+  notes.activate();
+  copyWith(notes);
+  copyWith(manager);
+  EXPECT_EQ(recorded(), "picked");
+}
+
 }  // namespace
 }  // namespace harbor

@@ -14,6 +14,9 @@ using namespace std::chrono_literals;
 
 // Owners that follow each other faster than this are not all read: the last one is.
 constexpr auto kPause = 20ms;
+// Who takes the clipboard so soon after its owner has gone, restores what was there. In the server's
+// milliseconds.
+constexpr xcb_timestamp_t kRestoring = 1'000;
 
 // Tells what this program has written from what one of its own text fields has copied.
 class WrittenText : public QMimeData {
@@ -59,7 +62,10 @@ LinuxPasteboard::LinuxPasteboard(const Workspace& workspace, SelectionLimits lim
   const XcbOwned<xcb_xfixes_query_version_reply_t> answer(
       xcb_xfixes_query_version_reply(connection_->get(), version, nullptr));
   firstXFixesEvent_ = xfixes->first_event;
+  connection_->intern({"CLIPBOARD", "CLIPBOARD_MANAGER", "_NET_ACTIVE_WINDOW"});
   clipboard_ = connection_->atom("CLIPBOARD");
+  clipboardManager_ = connection_->atom("CLIPBOARD_MANAGER");
+  activeWindow_ = connection_->atom("_NET_ACTIVE_WINDOW");
   const xcb_setup_t* setup = xcb_get_setup(x11->connection());
   ownWindowBase_ = setup->resource_id_base;
   ownWindowMask_ = setup->resource_id_mask;
@@ -80,7 +86,7 @@ LinuxPasteboard::LinuxPasteboard(const Workspace& workspace, SelectionLimits lim
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-  owner_ = clipboardOwner();
+  owner_ = ownerOf(clipboard_);
   if (owner_ != XCB_WINDOW_NONE) noteSource();
 }
 
@@ -116,7 +122,7 @@ void LinuxPasteboard::wantsChanged() {
   }
   // A copy that came before the wish must not be seen as one that came after it: the answer arrives behind
   // the events of all earlier changes.
-  clipboardOwner();
+  ownerOf(clipboard_);
   takeLatest();
   wants_ = wants;
   if (owner_ == XCB_WINDOW_NONE || leftOut_ || isLeftOut()) return;
@@ -218,14 +224,15 @@ void LinuxPasteboard::setString(std::string_view text) {
   clearing_.stop();
   richTextDone_ = nullptr;
   noteSource();
-  leftOut_.reset();
+  // What is left out stays so in its plain form.
+  if (contents_.string != text) leftOut_.reset();
   settle({false, false, textFromUtf8(std::string(text))}, Counting::isChange);
   readDepth_ = SelectionReader::Depth::text;
   dropUnwanted();
   QGuiApplication::clipboard()->setMimeData(new WrittenText(text));
   // The answer comes behind the events of all changes up to the write, so that those are handled now, as
   // overtaken by it.
-  const xcb_window_t owner = clipboardOwner();
+  const xcb_window_t owner = ownerOf(clipboard_);
   owner_ = owner;
   takeLatest();
   // The server refuses a write that is older than the newest copy.
@@ -235,15 +242,24 @@ void LinuxPasteboard::setString(std::string_view text) {
 void LinuxPasteboard::handle(const XcbConnection::Event& event) {
   if ((event.response_type & 0x7f) != firstXFixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) return;
   const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
-  if (notify.selection == clipboard_) ownerChanged(notify.owner, notify.selection_timestamp);
+  if (notify.selection != clipboard_) return;
+  serverTime_ = notify.timestamp;
+  ownerChanged(notify.owner, notify.selection_timestamp);
 }
 
 void LinuxPasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t ownedSince) {
   reader_->cancel();
   richTextDone_ = nullptr;
   const xcb_window_t before = std::exchange(owner_, owner);
+  // Its application may have become one of the ignored ones since.
+  const bool isForeign = before != XCB_WINDOW_NONE && !isOwnProcess(before);
+  if (isForeign && !leftOut_ && isLeftOut()) leftOut_ = LeftOut{source_};
   if (owner == XCB_WINDOW_NONE) {
     pause_.stop();
+    if (leftOut_) {
+      if (!leftOut_->ownerGone) leftOut_->ownerGone = serverTime_;
+      leftOut_->heir = XCB_WINDOW_NONE;
+    }
     noteSource();
     settle({}, before == XCB_WINDOW_NONE ? Counting::isNoChange : Counting::isChange);
     return;
@@ -257,6 +273,15 @@ void LinuxPasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t ownedSinc
   contents_ = {};
   readDepth_.reset();
   ownedSince_ = ownedSince;
+  if (takesOverWhatIsLeftOut(owner)) {
+    // Still the copy of the application that it came from, whatever is in front by now.
+    pause_.stop();
+    leftOut_->ownerGone.reset();
+    leftOut_->heir = owner;
+    source_ = leftOut_->source;
+    settle({false, leftOut_->isConcealed, std::nullopt}, Counting::isChange);
+    return;
+  }
   // Looking for the application in front costs too much for one program's flood of changes.
   if (!pause_.isActive() || !isSameClient(owner, before)) {
     noteSource();
@@ -319,8 +344,20 @@ bool LinuxPasteboard::isLeftOut() const {
   return refuses_ && *refuses_ && (*refuses_)(source_);
 }
 
-xcb_window_t LinuxPasteboard::clipboardOwner() const {
-  const auto cookie = xcb_get_selection_owner(connection_->get(), clipboard_);
+// A clipboard manager keeps what a program copied when that ends, or restores it when the clipboard is empty;
+// it may leave out the mark of a secret. That is no new copy.
+bool LinuxPasteboard::takesOverWhatIsLeftOut(xcb_window_t owner) const {
+  if (!leftOut_) return false;
+  const xcb_window_t manager = ownerOf(clipboardManager_);
+  if (manager != XCB_WINDOW_NONE && isSameClient(owner, manager)) return true;
+  if (leftOut_->heir != XCB_WINDOW_NONE && isSameClient(owner, leftOut_->heir)) return true;
+  if (!leftOut_->ownerGone || serverTime_ - *leftOut_->ownerGone > kRestoring) return false;
+  const auto active = connection_->word(connection_->root(), activeWindow_, XCB_ATOM_WINDOW);
+  return !active || !isSameClient(owner, *active);
+}
+
+xcb_window_t LinuxPasteboard::ownerOf(xcb_atom_t selection) const {
+  const auto cookie = xcb_get_selection_owner(connection_->get(), selection);
   const XcbOwned<xcb_get_selection_owner_reply_t> owner(
       xcb_get_selection_owner_reply(connection_->get(), cookie, nullptr));
   return owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};

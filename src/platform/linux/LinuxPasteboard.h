@@ -38,10 +38,12 @@ class LinuxPasteboard : public Pasteboard {
  private:
   enum class Counting { isChange, isNoChange };
 
-  // Why the present contents are left out.
+  // The last copy, when it is left out: why, and who has it by now.
   struct LeftOut {
     std::optional<RunningApplication> source;
     bool isConcealed = false;
+    std::optional<xcb_timestamp_t> ownerGone = {};  // when its owner gave it up or ended
+    xcb_window_t heir = XCB_WINDOW_NONE;            // of the program that has taken it over
   };
 
   void handle(const XcbConnection::Event& event);
@@ -55,9 +57,10 @@ class LinuxPasteboard : public Pasteboard {
   void deliverRichText();
   void noteSource();
   bool isLeftOut() const;
+  bool takesOverWhatIsLeftOut(xcb_window_t owner) const;
   bool isOwnProcess(xcb_window_t window) const;
   bool isSameClient(xcb_window_t one, xcb_window_t other) const;
-  xcb_window_t clipboardOwner() const;
+  xcb_window_t ownerOf(xcb_atom_t selection) const;
   void takeLatest() const;
 
   const Workspace& workspace_;
@@ -69,6 +72,8 @@ class LinuxPasteboard : public Pasteboard {
   std::size_t maximumTextBytes_;
   std::uint8_t firstXFixesEvent_ = 0;
   xcb_atom_t clipboard_ = XCB_ATOM_NONE;
+  xcb_atom_t clipboardManager_ = XCB_ATOM_NONE;
+  xcb_atom_t activeWindow_ = XCB_ATOM_NONE;
   std::uint32_t ownWindowBase_ = 0;  // the windows that the toolkit makes in this process
   std::uint32_t ownWindowMask_ = 0;
 
@@ -86,6 +91,7 @@ class LinuxPasteboard : public Pasteboard {
   QTimer delivery_;  // of the text that richTextDone_ waits for
   std::optional<RunningApplication> source_;
   xcb_timestamp_t ownedSince_ = XCB_CURRENT_TIME;
+  xcb_timestamp_t serverTime_ = XCB_CURRENT_TIME;  // of the newest change
   std::chrono::steady_clock::time_point lastRead_;
 };
 
