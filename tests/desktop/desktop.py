@@ -369,10 +369,6 @@ class OtherProgram:
         `hang` is "no", "data" (answers what targets there are, never the data) or "all" (never answers)."""
         self._ask({"do": "copy", "flavours": flavours, "hang": hang})
 
-    def store(self):
-        """Has the clipboard manager take over what was copied."""
-        return self._ask({"do": "store"})
-
     def requests(self):
         """The targets that others have asked the last copy for, in order."""
         return self._ask({"do": "requests"})

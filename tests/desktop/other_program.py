@@ -67,17 +67,6 @@ class Program:
         self.display.sync()
         return self.do_owns(message)
 
-    def do_store(self, _):
-        """Has the clipboard manager take over what was copied, as toolkits do when a program ends."""
-        self.window.convert_selection(
-            self.atom("CLIPBOARD_MANAGER"), self.atom("SAVE_TARGETS"), self.atom("NOTES_SAVED"), self.now()
-        )
-        while True:
-            seen = self.display.next_event()
-            if seen.type == X.SelectionNotify:
-                return seen.property != X.NONE
-            self.handle(seen)
-
     def do_owns(self, _):
         owner = self.display.get_selection_owner(self.atom("CLIPBOARD"))
         return bool(owner) and owner.id == self.window.id
