@@ -75,11 +75,11 @@ class WindowServer {
   virtual Rect mainScreenFrame() const = 0;
   virtual WindowLevel levelForKey(WindowLevelKey key) const = 0;
 
-  // The windows, front to back; empty when they cannot be listed. Overlay windows of this process that let the
-  // mouse through are not among them. The platform may answer from one look at
-  // the screen for as long as the current event is being handled. The wallpaper of a display is a window of
-  // the owner "Dock" whose name begins with "Desktop Picture" and whose bounds are the display's; a platform
-  // that draws it otherwise lists such a window all the same, unless desktop elements are excluded.
+  // The windows, front to back; empty when they cannot be listed. Overlay windows of this process that let
+  // the mouse through are not among them. The platform may answer from one look at the screen for as long as
+  // the current event is being handled. The wallpaper of a display is a window of the owner "Dock" whose name
+  // begins with "Desktop Picture" and whose bounds are the display's; a platform that draws it otherwise
+  // lists such a window all the same, unless desktop elements are excluded.
   virtual std::vector<WindowInfo> windowList(WindowListOptions options) const = 0;
 
   // The ordinary window that is in use on the main display, which need not be the topmost one: a desktop may
@@ -98,8 +98,8 @@ class WindowServer {
   // One sentence for the user where the picture of the wallpaper cannot be had; nothing where it can.
   virtual std::optional<std::string> wallpaperUnavailableReason() const = 0;
 
-  // Asks the user for the permission to take pictures of other programs' windows, where the platform wants one
-  // and does not have it yet.
+  // Asks the user for the permission to take pictures of other programs' windows, where the platform wants
+  // one and does not have it yet.
   virtual void requestPictures() = 0;
   // Whether a picture may be missing because the user has not given that permission. What would show nothing
   // else is then left out.
