@@ -28,8 +28,8 @@ HARBOR_EXPORT CFStringRef _Nullable CFStringCreateWithBytes(CFAllocatorRef _Null
                                                             Boolean isExternalRepresentation)
     __attribute__((cf_returns_retained));
 
-typedef HARBOR_ENUM(CFIndex, CFComparisonResult){
-    kCFCompareLessThan = -1L, kCFCompareEqualTo = 0, kCFCompareGreaterThan = 1};
+typedef HARBOR_ENUM(CFIndex, CFComparisonResult){kCFCompareLessThan = -1L, kCFCompareEqualTo = 0,
+                                                 kCFCompareGreaterThan = 1};
 typedef HARBOR_OPTIONS(CFIndex, CFStringCompareFlags){kCFCompareNonliteral = 16};
 HARBOR_EXPORT CFComparisonResult CFStringCompare(CFStringRef first, CFStringRef second,
                                                  CFStringCompareFlags options);
