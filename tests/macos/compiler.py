@@ -93,7 +93,8 @@ def core_headers():
 
 # The headers of POSIX and of older systems that both this machine and the Mac have.
 SYSTEM_HEADERS = {
-    "dirent.h", "fcntl.h", "fnmatch.h", "pwd.h", "spawn.h", "sys/param.h", "sys/resource.h", "sys/stat.h", "sys/wait.h", "unistd.h",
+    "dirent.h", "fcntl.h", "fnmatch.h", "pwd.h", "spawn.h", "sys/param.h", "sys/resource.h", "sys/stat.h",
+    "sys/wait.h", "unistd.h",
 }
 
 

@@ -370,7 +370,7 @@ class Link(unittest.TestCase):
                 program = place / "Contents/MacOS" / information["CFBundleExecutable"]
                 self.assertEqual(self.link_sources(sources, program, frameworks), "")
                 headers = linking.headers_of(program)
-                self.assertRegex(headers, r"MH_MAGIC_64 +X86_64 +ALL +0x00 +EXECUTE")
+                self.assertRegex(headers, r"MH_MAGIC_64 +X86_64 +ALL +LIB64 +EXECUTE")
                 self.assertRegex(headers, r"minos " + re.escape(compiler.DEPLOYMENT_TARGET))
                 libraries = set(re.findall(r"^ *name /System/Library/Frameworks/(\w+)\.framework", headers, re.M))
                 self.assertLessEqual(set(frameworks) - {"Foundation"}, libraries)
